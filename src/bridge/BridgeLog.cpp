@@ -1,0 +1,16 @@
+#include "bridge/BridgeLog.h"
+
+#include "bridge/AndroidLog.h"
+
+namespace Mero {
+
+bool logEnabled = false;
+
+void logBridge(const char* text)
+{
+    if (logEnabled) {
+        __android_log_print(ANDROID_LOG_DEBUG, "mero_log_jni", "%s", text);
+    }
+}
+
+}  // namespace Mero

@@ -1,0 +1,164 @@
+#include "value/JsonWriter.h"
+
+#include <vector>
+
+namespace Mero {
+
+namespace {
+
+// Walks a value depth-first without recursion and tells the writer what it
+// meets. A Writer provides:
+//   bool accepts(const Value&)                      whether a child is written at all
+//   void beginChild(bool first, const std::string* key)  before an accepted child
+//   void endChild()                                 after it (a container: after its close)
+//   void leaf(const Value&), openArray(), closeArray(), openObject(), closeObject()
+template <typename Writer>
+void walk(const Value& root, Writer& writer)
+{
+    struct Frame {
+        const ValueArray* array;
+        size_t index;
+        ValueObject::const_iterator member;
+        ValueObject::const_iterator membersEnd;
+        bool wroteAny;
+    };
+    std::vector<Frame> stack;
+    const Value* next = &root;
+
+    while (true) {
+        if (next != nullptr) {
+            if (next->is(Kind::Array)) {
+                writer.openArray();
+                stack.push_back({&next->array(), 0, {}, {}, false});
+            } else if (next->is(Kind::Object)) {
+                writer.openObject();
+                const ValueObject& object = next->object();
+                stack.push_back({nullptr, 0, object.begin(), object.end(), false});
+            } else {
+                writer.leaf(*next);
+                if (!stack.empty()) {
+                    writer.endChild();
+                }
+            }
+            next = nullptr;
+        }
+        if (stack.empty()) {
+            return;
+        }
+
+        Frame& frame = stack.back();
+        const Value* child = nullptr;
+        const std::string* key = nullptr;
+        if (frame.array != nullptr && frame.index < frame.array->size()) {
+            child = &(*frame.array)[frame.index++];
+        } else if (frame.array == nullptr && frame.member != frame.membersEnd) {
+            key = &frame.member->first;
+            child = &frame.member->second;
+            ++frame.member;
+        }
+
+        if (child == nullptr) {
+            frame.array != nullptr ? writer.closeArray() : writer.closeObject();
+            stack.pop_back();
+            if (!stack.empty()) {
+                writer.endChild();
+            }
+        } else if (writer.accepts(*child)) {
+            writer.beginChild(!frame.wroteAny, key);
+            frame.wroteAny = true;
+            next = child;
+        }
+    }
+}
+
+struct JsonTextWriter {
+    std::string out;
+
+    bool accepts(const Value& child) const { return !child.isNull(); }
+    void beginChild(bool first, const std::string* key)
+    {
+        if (!first) {
+            out += ',';
+        }
+        if (key != nullptr) {
+            out += '"';
+            out += *key;  // keys are written raw
+            out += "\":";
+        }
+    }
+    void endChild() {}
+    void openArray() { out += '['; }
+    void closeArray() { out += ']'; }
+    void openObject() { out += '{'; }
+    void closeObject() { out += '}'; }
+
+    void leaf(const Value& value)
+    {
+        switch (value.kind()) {
+        case Kind::Null: out += "null"; break;
+        case Kind::Number: out += numberToString(value.number()); break;
+        case Kind::String: writeString(value.string()); break;
+        case Kind::Boolean: out += value.boolean() ? "true" : "false"; break;
+        default: break;  // callbacks and completions write nothing
+        }
+    }
+
+    void writeString(const std::string& text)
+    {
+        out += '"';
+        for (char c : text) {
+            if (c == '"' || c == '\\') {
+                out += '\\';
+            }
+            out += c;
+        }
+        out += '"';
+    }
+};
+
+struct StreamTextWriter {
+    std::ostream& out;
+
+    bool accepts(const Value&) const { return true; }
+    void beginChild(bool, const std::string* key)
+    {
+        if (key != nullptr) {
+            out << *key << ':';
+        }
+    }
+    void endChild() { out << ','; }
+    void openArray() { out << '['; }
+    void closeArray() { out << ']'; }
+    void openObject() { out << '{'; }
+    void closeObject() { out << '}'; }
+
+    void leaf(const Value& value)
+    {
+        switch (value.kind()) {
+        case Kind::Null: out << "null"; break;
+        case Kind::Number: out << value.number(); break;
+        case Kind::String: out << value.string(); break;
+        case Kind::Boolean: out << (value.boolean() ? "true" : "false"); break;
+        case Kind::Callback: out << "callback"; break;
+        default: break;  // completions write nothing
+        }
+    }
+};
+
+}  // namespace
+
+std::string toJsonString(const Value& value)
+{
+    JsonTextWriter writer;
+    walk(value, writer);
+    return std::move(writer.out);
+}
+
+std::ostream& operator<<(std::ostream& stream, const Value& value)
+{
+    StreamTextWriter writer{stream};
+    walk(value, writer);
+    return stream;
+}
+
+}  // namespace Mero

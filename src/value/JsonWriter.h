@@ -1,0 +1,22 @@
+// The two writers of a Value: JSON for what goes back to the host, and a plain
+// stream form for logs. Both walk the value with an explicit stack, so any
+// nesting depth is safe.
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "value/Value.h"
+
+namespace Mero {
+
+// Compact JSON. Nulls inside arrays and objects are left out, callbacks write
+// nothing, only '"' and '\' are escaped in strings, keys are written raw.
+std::string toJsonString(const Value& value);
+
+// The log form: strings unquoted, numbers as the stream formats a double, and
+// a comma after every array element and object member ("[1,2,]"): that
+// trailing comma is part of the form.
+std::ostream& operator<<(std::ostream& stream, const Value& value);
+
+}  // namespace Mero

@@ -1,0 +1,229 @@
+#include "value/Value.h"
+
+#include <charconv>
+
+#include "value/ErrorReporting.h"
+
+namespace Mero {
+
+namespace {
+
+template <typename T>
+T& sharedDefault()
+{
+    // Made once, on first use; shared by every mismatched access.
+    static T value{};
+    return value;
+}
+
+// Destroying a deeply nested value must not recurse once per level, or a
+// hostile text nested a million deep would overflow the stack. Containers met
+// below kMaxTeardownDepth are released later, by the outermost destructor.
+constexpr int kMaxTeardownDepth = 256;
+thread_local int teardownDepth = 0;
+thread_local std::vector<std::shared_ptr<void>>* deferredTeardown = nullptr;
+
+void releaseContainer(std::shared_ptr<void> container)
+{
+    if (container.use_count() != 1) {
+        return;  // someone else still holds it: dropping our share is shallow
+    }
+    if (teardownDepth >= kMaxTeardownDepth) {
+        deferredTeardown->push_back(std::move(container));
+        return;
+    }
+    ++teardownDepth;
+    if (teardownDepth == 1) {
+        std::vector<std::shared_ptr<void>> deferred;
+        deferredTeardown = &deferred;
+        container.reset();
+        while (!deferred.empty()) {
+            std::shared_ptr<void> next = std::move(deferred.back());
+            deferred.pop_back();
+            next.reset();
+        }
+        deferredTeardown = nullptr;
+    } else {
+        container.reset();
+    }
+    --teardownDepth;
+}
+
+}  // namespace
+
+Value::Value(Kind kind) : kind_(kind)
+{
+    switch (kind) {
+    case Kind::String:
+        payload_ = std::string();
+        break;
+    case Kind::Boolean:
+        payload_ = false;
+        break;
+    case Kind::Array:
+        payload_ = std::make_shared<ValueArray>();
+        break;
+    case Kind::Object:
+        payload_ = std::make_shared<ValueObject>();
+        break;
+    case Kind::Callback:
+        reportError("callbackValue not support");
+        payload_ = std::make_shared<ValueCallback>();
+        break;
+    default:
+        break;  // null, number, completions and unknown kinds hold 0.0
+    }
+}
+
+Value::Value(Value&& other) noexcept : kind_(other.kind_), payload_(std::move(other.payload_))
+{
+    other.kind_ = Kind::Null;
+    other.payload_ = 0.0;
+}
+
+Value& Value::operator=(Value&& other) noexcept
+{
+    if (this != &other) {
+        kind_ = other.kind_;
+        payload_ = std::move(other.payload_);
+        other.kind_ = Kind::Null;
+        other.payload_ = 0.0;
+    }
+    return *this;
+}
+
+Value::~Value()
+{
+    if (auto* array = std::get_if<ArrayPtr>(&payload_)) {
+        releaseContainer(std::move(*array));
+    } else if (auto* object = std::get_if<ObjectPtr>(&payload_)) {
+        releaseContainer(std::move(*object));
+    }
+}
+
+double& Value::number()
+{
+    return kind_ == Kind::Number ? std::get<double>(payload_) : sharedDefault<double>();
+}
+const double& Value::number() const
+{
+    return const_cast<Value*>(this)->number();
+}
+
+std::string& Value::string()
+{
+    return kind_ == Kind::String ? std::get<std::string>(payload_) : sharedDefault<std::string>();
+}
+const std::string& Value::string() const
+{
+    return const_cast<Value*>(this)->string();
+}
+
+bool& Value::boolean()
+{
+    return kind_ == Kind::Boolean ? std::get<bool>(payload_) : sharedDefault<bool>();
+}
+const bool& Value::boolean() const
+{
+    return const_cast<Value*>(this)->boolean();
+}
+
+ValueArray& Value::array()
+{
+    return kind_ == Kind::Array ? *std::get<ArrayPtr>(payload_) : sharedDefault<ValueArray>();
+}
+const ValueArray& Value::array() const
+{
+    return const_cast<Value*>(this)->array();
+}
+
+ValueObject& Value::object()
+{
+    return kind_ == Kind::Object ? *std::get<ObjectPtr>(payload_) : sharedDefault<ValueObject>();
+}
+const ValueObject& Value::object() const
+{
+    return const_cast<Value*>(this)->object();
+}
+
+ArrayPtr Value::arrayPtr() const
+{
+    const auto* array = std::get_if<ArrayPtr>(&payload_);
+    return kind_ == Kind::Array && array ? *array : nullptr;
+}
+
+ObjectPtr Value::objectPtr() const
+{
+    const auto* object = std::get_if<ObjectPtr>(&payload_);
+    return kind_ == Kind::Object && object ? *object : nullptr;
+}
+
+CallbackPtr Value::callbackPtr() const
+{
+    const auto* callback = std::get_if<CallbackPtr>(&payload_);
+    return kind_ == Kind::Callback && callback ? *callback : nullptr;
+}
+
+Value Value::makeArray(ValueArray elements)
+{
+    return Value(std::make_shared<ValueArray>(std::move(elements)));
+}
+
+Value Value::makeObject(ValueObject members)
+{
+    return Value(std::make_shared<ValueObject>(std::move(members)));
+}
+
+bool isFalsy(const Value& value) noexcept
+{
+    switch (value.kind()) {
+    case Kind::Null:
+        return true;
+    case Kind::Number:
+        return value.number() == 0.0;
+    case Kind::String:
+        return value.string().empty();
+    case Kind::Boolean:
+        return !value.boolean();
+    default:
+        return false;
+    }
+}
+
+bool equals(const Value& left, const Value& right) noexcept
+{
+    if (left.kind() != right.kind()) {
+        return false;
+    }
+    switch (left.kind()) {
+    case Kind::Number:
+        return left.number() == right.number();
+    case Kind::String:
+        return left.string() == right.string();
+    case Kind::Boolean:
+        return left.boolean() == right.boolean();
+    default:
+        return false;
+    }
+}
+
+std::string numberToString(double number)
+{
+    // Fixed notation never needs more than 309 integer digits + sign + point + 6.
+    char text[400];
+    auto [end, error] = std::to_chars(text, text + sizeof text, number, std::chars_format::fixed, 6);
+    (void)error;  // cannot fail with this buffer
+    std::string_view result(text, static_cast<size_t>(end - text));
+    if (result.find('.') != std::string_view::npos) {
+        while (result.back() == '0') {
+            result.remove_suffix(1);
+        }
+        if (result.back() == '.') {
+            result.remove_suffix(1);
+        }
+    }
+    return std::string(result);
+}
+
+}  // namespace Mero
+

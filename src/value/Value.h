@@ -1,0 +1,130 @@
+// Value: the one dynamic value of the engine.
+//
+// Template data, script variables, function arguments and results, bridge
+// payloads and render properties are all Values. A Value is a kind word plus a
+// payload. Strings are held by value; arrays, objects and callbacks are held
+// through shared pointers, so copying a Value never copies a container and a
+// copy shares its container with the source.
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <variant>
+#include <vector>
+
+namespace Mero {
+
+class Value;
+
+using ValueArray = std::vector<Value>;
+using ValueObject = std::unordered_map<std::string, Value>;
+using ValueCallback = std::function<Value(std::vector<Value>&&)>;
+using ArrayPtr = std::shared_ptr<ValueArray>;
+using ObjectPtr = std::shared_ptr<ValueObject>;
+using CallbackPtr = std::shared_ptr<ValueCallback>;
+
+// The kind word. It is a plain 32-bit number: a Value made from an
+// out-of-range kind keeps that number.
+enum class Kind : int32_t {
+    Null = 0,
+    Number = 1,
+    String = 2,
+    Boolean = 3,
+    Array = 4,
+    Object = 5,
+    Callback = 6,
+    // Statement completions, not data (see the statement runtime).
+    Completed = 7,
+    Break = 8,
+    Continue = 9,
+};
+
+class Value {
+public:
+    // Payload alternatives, in this order: number, boolean, string, array,
+    // object, callback. Their indexes differ from the kind numbers on purpose;
+    // never use one for the other.
+    using Payload = std::variant<double, bool, std::string, ArrayPtr, ObjectPtr, CallbackPtr>;
+
+    Value() noexcept = default;
+
+    // A Value of the given kind with that kind's default payload. Arrays and
+    // objects get a fresh container each time; a callback is reported as
+    // unsupported ("callbackValue not support") and, if reporting returns,
+    // gets an empty callable.
+    explicit Value(Kind kind);
+
+    Value(double number) noexcept : kind_(Kind::Number), payload_(number) {}
+    template <std::integral Integer>
+        requires(!std::same_as<Integer, bool>)
+    Value(Integer number) noexcept : Value(static_cast<double>(number)) {}
+    Value(bool boolean) noexcept : kind_(Kind::Boolean), payload_(boolean) {}
+    Value(std::string text) noexcept : kind_(Kind::String), payload_(std::move(text)) {}
+    Value(std::string_view text) : Value(std::string(text)) {}
+    Value(const char* text) : Value(std::string(text)) {}
+    Value(ArrayPtr array) noexcept : kind_(Kind::Array), payload_(std::move(array)) {}
+    Value(ObjectPtr object) noexcept : kind_(Kind::Object), payload_(std::move(object)) {}
+    Value(CallbackPtr callback) noexcept : kind_(Kind::Callback), payload_(std::move(callback)) {}
+
+    Value(const Value&) = default;
+    Value& operator=(const Value&) = default;
+    // A moved-from Value reads as null.
+    Value(Value&& other) noexcept;
+    Value& operator=(Value&& other) noexcept;
+    ~Value();
+
+    Kind kind() const noexcept { return kind_; }
+    int32_t kindNumber() const noexcept { return static_cast<int32_t>(kind_); }
+    bool is(Kind kind) const noexcept { return kind_ == kind; }
+    bool isNull() const noexcept { return kind_ == Kind::Null; }
+    const Payload& payload() const noexcept { return payload_; }
+
+    // Typed accessors. When the kind does not match they quietly return a
+    // shared, process-wide default (0.0, "", false, an empty array or object).
+    // The defaults are shared by every mismatched Value: callers must not
+    // change them. When the kind matches but the payload holds another
+    // alternative, std::bad_variant_access is thrown (a fault elsewhere).
+    double& number();
+    const double& number() const;
+    std::string& string();
+    const std::string& string() const;
+    bool& boolean();
+    const bool& boolean() const;
+    ValueArray& array();
+    const ValueArray& array() const;
+    ValueObject& object();
+    const ValueObject& object() const;
+
+    // The shared container or callable itself, or null for other kinds.
+    ArrayPtr arrayPtr() const;
+    ObjectPtr objectPtr() const;
+    CallbackPtr callbackPtr() const;
+
+    static Value makeArray(ValueArray elements = {});
+    static Value makeObject(ValueObject members = {});
+
+private:
+    Kind kind_ = Kind::Null;
+    Payload payload_ = 0.0;
+};
+
+// Truthiness: null, 0 (and -0), "" and false are falsy; NaN is truthy, and so
+// is every array, object, callback and completion, even an empty one.
+bool isFalsy(const Value& value) noexcept;
+
+// Equal only when both have the same kind and it is number, string or
+// boolean. Everything else is unequal, null against null and an array against
+// itself included: templates rely on this.
+bool equals(const Value& left, const Value& right) noexcept;
+
+// Fixed notation with six decimals, trailing zeros and a trailing point
+// removed: 1.5 -> "1.5", 2 -> "2", 1e-7 -> "0", -1e-7 -> "-0". There is no
+// exponent form; the six-digit rounding is deliberate.
+std::string numberToString(double number);
+
+}  // namespace Mero

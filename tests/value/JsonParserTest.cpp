@@ -1,0 +1,213 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "support/CanonicalJson.h"
+#include "support/ReportedErrors.h"
+#include "value/JsonParser.h"
+
+using namespace Mero;
+using MeroTest::canonicalJson;
+using MeroTest::DebugModeScope;
+using MeroTest::printedOutput;
+using MeroTest::thrownMessage;
+
+namespace {
+
+// Parses with debugMode clear and writes the result back as JSON.
+std::string readQuietly(std::string_view text)
+{
+    DebugModeScope quiet(false);
+    testing::internal::CaptureStdout();
+    Value root = JsonParser::read(text);
+    testing::internal::GetCapturedStdout();
+    return canonicalJson(root);
+}
+
+// Parses with debugMode set and writes the result back as JSON.
+std::string read(std::string_view text)
+{
+    DebugModeScope debug(true);
+    return canonicalJson(JsonParser::read(text));
+}
+
+}  // namespace
+
+TEST(JsonParserBasics, ReadsEveryKindOfValue)
+{
+    Value root = JsonParser::read(R"({"n":-12.5,"s":"hi","t":true,"f":false,"z":null,"a":[1,[2]],"o":{"k":"v"}})");
+    const ValueObject& members = root.object();
+    EXPECT_EQ(members.at("n").number(), -12.5);
+    EXPECT_EQ(members.at("s").string(), "hi");
+    EXPECT_TRUE(members.at("t").boolean());
+    EXPECT_EQ(members.at("f").kind(), Kind::Boolean);
+    EXPECT_EQ(members.at("z").kind(), Kind::Null);
+    EXPECT_EQ(members.at("a").array()[1].array()[0].number(), 2.0);
+    EXPECT_EQ(members.at("o").object().at("k").string(), "v");
+}
+
+TEST(JsonParserBasics, EmptyObjectAndWhitespace)
+{
+    EXPECT_EQ(read("{}"), "{}");
+    EXPECT_EQ(read(" \t\r\n{ \"a\" :\n 1 } "), R"({"a":1})");
+}
+
+TEST(JsonParserBasics, RootIsAlwaysAnObject)
+{
+    EXPECT_EQ(JsonParser::read("{}").kind(), Kind::Object);
+    EXPECT_EQ(readQuietly(""), "{}");
+    EXPECT_EQ(readQuietly("[1,2]"), "{}");
+}
+
+TEST(JsonParserLeniency, DuplicateKeysKeepTheFirstValue)
+{
+    EXPECT_EQ(read(R"({"a":1,"a":2})"), R"({"a":1})");
+}
+
+TEST(JsonParserLeniency, DuplicateContainerKeysMergeIntoTheFirst)
+{
+    Value root = JsonParser::read(R"({"a":{"x":1},"a":{"y":2}})");
+    const ValueObject& a = root.object().at("a").object();
+    EXPECT_EQ(a.size(), 2u);
+    EXPECT_EQ(a.at("x").number(), 1.0);
+    EXPECT_EQ(a.at("y").number(), 2.0);
+    EXPECT_EQ(read(R"({"l":[1],"l":[2]})"), R"({"l":[1,2]})");
+}
+
+TEST(JsonParserLeniency, DuplicateContainerAfterAScalarIsDropped)
+{
+    EXPECT_EQ(read(R"({"a":1,"a":{"x":{"y":2}},"b":[3]})"), R"({"a":1,"b":[3]})");
+    EXPECT_EQ(read(R"({"a":"s","a":[1,[2]],"b":4})"), R"({"a":"s","b":4})");
+}
+
+TEST(JsonParserLeniency, CommasAreOptionalAndTrailingOnesAccepted)
+{
+    EXPECT_EQ(read(R"({"a":[1,,2,]})"), R"({"a":[1,2]})");
+    EXPECT_EQ(read(R"({"a":[1 2]})"), R"({"a":[1,2]})");
+    Value root = JsonParser::read(R"({"a":1 "b":2,})");
+    EXPECT_EQ(root.object().size(), 2u);
+}
+
+TEST(JsonParserLeniency, ClosersAreNotMatchedToOpeners)
+{
+    EXPECT_EQ(read(R"({"o":{"k":1],"after":2})"), R"({"after":2,"o":{"k":1}})");
+    EXPECT_EQ(read(R"({"a":[1}})"), R"({"a":[1]})");
+}
+
+TEST(JsonParserLeniency, LiteralsAreKnownByTheirFirstLetter)
+{
+    EXPECT_EQ(read(R"({"a":tzzz,"b":fyyyy,"c":nqqq})"), R"({"a":true,"b":false,"c":null})");
+    EXPECT_EQ(JsonParser::read(R"({"c":nqqq})").object().at("c").kind(), Kind::Null);
+}
+
+TEST(JsonParserLeniency, TextAfterALiteralStopsAtTheFirstStrayByte)
+{
+    EXPECT_EQ(read(R"({"a":truex,"b":1})"), R"({"a":true})");
+}
+
+TEST(JsonParserLeniency, TruncatedLiteralAtTheEndIsBounded)
+{
+    EXPECT_EQ(read(R"({"a":t)"), R"({"a":true})");
+    EXPECT_EQ(read(R"({"a":fa)"), R"({"a":false})");
+}
+
+TEST(JsonParserLeniency, AnythingAfterTheRootIsIgnored)
+{
+    EXPECT_EQ(read(R"({"a":1}{"b":2})"), R"({"a":1})");
+    EXPECT_EQ(read(R"({"a":1}}]})"), R"({"a":1})");
+    EXPECT_EQ(read(R"({"a":1} garbage)"), R"({"a":1})");
+}
+
+TEST(JsonParserLeniency, UnterminatedTextKeepsWhatWasRead)
+{
+    EXPECT_EQ(read(R"({"a":{"b":[1,2)"), R"({"a":{"b":[1,2]}})");
+    EXPECT_EQ(read(R"({"s":"never closed)"), R"({"s":"never closed"})");
+}
+
+TEST(JsonParserNumbers, DigitsAndPointsOnly)
+{
+    EXPECT_EQ(read(R"({"a":0.25,"b":-7,"c":007})"), R"({"a":0.25,"b":-7,"c":7})");
+    EXPECT_EQ(read(R"({"a":1.2.3})"), R"({"a":1.2})");
+}
+
+TEST(JsonParserNumbers, NoExponentSoTheParseStopsAtE)
+{
+    EXPECT_EQ(read(R"({"a":1e5,"b":2})"), R"({"a":1})");
+}
+
+TEST(JsonParserNumbers, LoneMinusThrowsTheConversionError)
+{
+    DebugModeScope quiet(false);
+    EXPECT_THROW(JsonParser::read(R"({"a":-})"), std::invalid_argument);
+    EXPECT_THROW(JsonParser::read("{\"a\":1" + std::string(400, '0') + "}"), std::out_of_range);
+}
+
+TEST(JsonParserStrings, Escapes)
+{
+    Value root = JsonParser::read(R"({"s":"\t\/\\\b\f\n\r\"x"})");
+    EXPECT_EQ(root.object().at("s").string(), "\t/\\\b\f\n\r\"x");
+}
+
+TEST(JsonParserStrings, RawBytesPassThrough)
+{
+    std::string text = "{\"s\":\"caf\xC3\xA9\x01\n\"}";
+    EXPECT_EQ(JsonParser::read(text).object().at("s").string(), "caf\xC3\xA9\x01\n");
+}
+
+TEST(JsonParserStrings, KeysUseTheSameReader)
+{
+    EXPECT_EQ(JsonParser::read(R"({"a\nb":1})").object().count("a\nb"), 1u);
+}
+
+TEST(JsonParserStrings, TextNeedNotEndWithAZeroByte)
+{
+    const std::string text = R"({"s":"abc"})";
+    JsonParser parser;
+    parser.parse(text.data(), text.data() + 8);  // cut inside the string
+    EXPECT_EQ(parser.root().object().at("s").string(), "ab");
+}
+
+TEST(JsonParserStrings, EmbeddedZeroByteReadsAsEnd)
+{
+    const std::string text("{\"a\":1,\0\"b\":2}", 14);
+    EXPECT_EQ(printedOutput([&] { JsonParser::read(text); }), "object key is failed\n");
+}
+
+// Each message of the reader, thrown while debugMode is set; with it clear the
+// message is printed and the parse keeps what it had.
+struct ReaderErrorCase {
+    const char* name;
+    const char* text;
+    const char* message;
+    const char* keptWhenQuiet;
+    const char* thenPrinted = "";  // later reports of the same quiet parse
+};
+
+class JsonParserErrors : public testing::TestWithParam<ReaderErrorCase> {};
+
+TEST_P(JsonParserErrors, ThrownWithDebugModeAndPrintedWithout)
+{
+    const ReaderErrorCase& error = GetParam();
+    EXPECT_EQ(thrownMessage([&] { JsonParser::read(error.text); }), error.message);
+    std::string kept;
+    EXPECT_EQ(printedOutput([&] { kept = canonicalJson(JsonParser::read(error.text)); }),
+              std::string(error.message) + "\n" + error.thenPrinted);
+    EXPECT_EQ(kept, error.keptWhenQuiet);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    AllMessages, JsonParserErrors,
+    testing::Values(
+        ReaderErrorCase{"EmptyText", "", "Syntax error: '{' expected.", "{}"},
+        ReaderErrorCase{"ArrayRoot", "[1,2]", "Syntax error: '{' expected.", "{}", "object key is failed\n"},
+        ReaderErrorCase{"StrayFirstByte", R"(x"a":1})", "Syntax error: '{' expected.", R"({"a":1})"},
+        ReaderErrorCase{"NumberAsKey", R"({"a":1,2:3})", "object key is failed", R"({"a":1})"},
+        ReaderErrorCase{"WhitespaceThenEnd", R"({"a":1 )", "object key is failed", R"({"a":1})"},
+        ReaderErrorCase{"MissingColon", R"({"a" 1})", "object member separator is failed", "{}"},
+        ReaderErrorCase{"CloseAsValue", R"({"a":1,"b":})", "object value is failed", R"({"a":1})"},
+        ReaderErrorCase{"ColonInArray", R"({"a":[1,:]})", "object value is failed", R"({"a":[1]})"},
+        ReaderErrorCase{"EndAsValue", R"({"a":)", "object value is failed", "{}"},
+        ReaderErrorCase{"UnicodeEscape", R"({"s":"\u0041","t":1})", "string escape error",
+                        R"({"s":"0041","t":1})"}),
+    [](const testing::TestParamInfo<ReaderErrorCase>& param) { return std::string(param.param.name); });

@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "support/ReportedErrors.h"
+#include "value/Value.h"
+
+using namespace Mero;
+using MeroTest::printedOutput;
+using MeroTest::thrownMessage;
+
+TEST(ValueConstruction, KindsGetTheirDefaultPayloads)
+{
+    EXPECT_EQ(Value().kind(), Kind::Null);
+    EXPECT_EQ(std::get<double>(Value(Kind::Null).payload()), 0.0);
+    EXPECT_EQ(std::get<double>(Value(Kind::Number).payload()), 0.0);
+    EXPECT_EQ(Value(Kind::String).payload().index(), 2u);
+    EXPECT_EQ(Value(Kind::Boolean).payload().index(), 1u);
+    EXPECT_EQ(Value(Kind::Array).payload().index(), 3u);
+    EXPECT_EQ(Value(Kind::Object).payload().index(), 4u);
+    for (Kind signal : {Kind::Completed, Kind::Break, Kind::Continue}) {
+        EXPECT_EQ(Value(signal).payload().index(), 0u);
+    }
+}
+
+TEST(ValueConstruction, OutOfRangeKindIsKeptWithANumberPayload)
+{
+    Value odd(static_cast<Kind>(42));
+    EXPECT_EQ(odd.kindNumber(), 42);
+    EXPECT_EQ(std::get<double>(odd.payload()), 0.0);
+    EXPECT_FALSE(isFalsy(odd));
+}
+
+TEST(ValueConstruction, EachArrayOrObjectKindGetsAFreshContainer)
+{
+    Value first(Kind::Array);
+    Value second(Kind::Array);
+    first.array().push_back(1);
+    EXPECT_TRUE(second.array().empty());
+    EXPECT_NE(Value(Kind::Object).objectPtr(), Value(Kind::Object).objectPtr());
+}
+
+TEST(ValueConstruction, CallbackKindIsReportedAsUnsupported)
+{
+    EXPECT_EQ(thrownMessage([] { Value(Kind::Callback); }), "callbackValue not support");
+    Value callback;
+    EXPECT_EQ(printedOutput([&] { callback = Value(Kind::Callback); }), "callbackValue not support\n");
+    EXPECT_EQ(callback.kind(), Kind::Callback);
+    ASSERT_NE(callback.callbackPtr(), nullptr);
+    EXPECT_FALSE(static_cast<bool>(*callback.callbackPtr()));
+}
+
+TEST(ValueConstruction, ScalarsAndContainersFromTheirTypes)
+{
+    EXPECT_EQ(Value(2.5).kind(), Kind::Number);
+    EXPECT_EQ(Value(7).number(), 7.0);
+    EXPECT_EQ(Value(true).kind(), Kind::Boolean);
+    EXPECT_EQ(Value("text").string(), "text");
+    EXPECT_EQ(Value(std::string("moved")).kind(), Kind::String);
+    auto shared = std::make_shared<ValueArray>();
+    Value array(shared);
+    EXPECT_EQ(array.arrayPtr(), shared);
+}
+
+TEST(ValueCopying, ContainersAreSharedAndStringsDuplicated)
+{
+    Value array = Value::makeArray({1});
+    Value arrayCopy = array;
+    arrayCopy.array().push_back(2);
+    EXPECT_EQ(array.array().size(), 2u);
+
+    Value object = Value::makeObject();
+    Value objectCopy = object;
+    objectCopy.object()["k"] = 1;
+    EXPECT_EQ(object.object().count("k"), 1u);
+
+    Value text("abc");
+    Value textCopy = text;
+    textCopy.string() += "d";
+    EXPECT_EQ(text.string(), "abc");
+}
+
+TEST(ValueCopying, MovedFromValueReadsAsNull)
+{
+    Value text("abc");
+    Value taken = std::move(text);
+    EXPECT_EQ(taken.string(), "abc");
+    EXPECT_EQ(text.kind(), Kind::Null);  // NOLINT(bugprone-use-after-move): that is the point
+
+    Value array = Value::makeArray({1, 2});
+    Value target("old");
+    target = std::move(array);
+    EXPECT_EQ(target.array().size(), 2u);
+    EXPECT_TRUE(array.isNull());  // NOLINT(bugprone-use-after-move)
+}
+
+TEST(ValueCopying, AssigningAnotherAlternativeReplacesThePayload)
+{
+    Value value("text");
+    value = Value(3.0);
+    EXPECT_EQ(value.payload().index(), 0u);
+    value = Value::makeObject();
+    EXPECT_EQ(value.payload().index(), 4u);
+}
+
+TEST(ValueAccessors, MismatchedKindsReturnTheSharedDefaults)
+{
+    Value nothing;
+    Value number(5.0);
+    EXPECT_EQ(nothing.number(), 0.0);
+    EXPECT_EQ(number.string(), "");
+    EXPECT_FALSE(number.boolean());
+    EXPECT_TRUE(number.array().empty());
+    EXPECT_TRUE(number.object().empty());
+    // One shared default for every mismatched access.
+    EXPECT_EQ(&nothing.array(), &number.array());
+    EXPECT_EQ(&nothing.object(), &Value("x").object());
+    EXPECT_EQ(&nothing.number(), &Value(true).number());
+}
+
+TEST(ValueAccessors, NullAndNumberBothHoldZeroButOnlyKindTellsThemApart)
+{
+    Value null(Kind::Null);
+    Value zero(Kind::Number);
+    EXPECT_EQ(null.payload(), zero.payload());
+    EXPECT_NE(&null.number(), &std::get<double>(null.payload()));
+    EXPECT_EQ(&zero.number(), &std::get<double>(zero.payload()));
+}
+
+TEST(ValueAccessors, TheStringOfANumberIsEmptyNotItsText)
+{
+    EXPECT_EQ(Value(12.0).string(), "");
+}
+
+TEST(ValueTruthiness, FalsyValues)
+{
+    EXPECT_TRUE(isFalsy(Value()));
+    EXPECT_TRUE(isFalsy(Value(0.0)));
+    EXPECT_TRUE(isFalsy(Value(-0.0)));
+    EXPECT_TRUE(isFalsy(Value("")));
+    EXPECT_TRUE(isFalsy(Value(false)));
+}
+
+TEST(ValueTruthiness, TruthyValues)
+{
+    EXPECT_FALSE(isFalsy(Value(std::nan(""))));
+    EXPECT_FALSE(isFalsy(Value(0.001)));
+    EXPECT_FALSE(isFalsy(Value("0")));
+    EXPECT_FALSE(isFalsy(Value(true)));
+    EXPECT_FALSE(isFalsy(Value::makeArray()));
+    EXPECT_FALSE(isFalsy(Value::makeObject()));
+    EXPECT_FALSE(isFalsy(Value(std::make_shared<ValueCallback>())));
+    EXPECT_FALSE(isFalsy(Value(Kind::Completed)));
+    EXPECT_FALSE(isFalsy(Value(Kind::Break)));
+}
+
+TEST(ValueEquality, OnlyNumbersStringsAndBooleansCanBeEqual)
+{
+    EXPECT_TRUE(equals(Value(1.5), Value(1.5)));
+    EXPECT_TRUE(equals(Value("a"), Value("a")));
+    EXPECT_TRUE(equals(Value(false), Value(false)));
+    EXPECT_FALSE(equals(Value(1.0), Value("1")));
+    EXPECT_FALSE(equals(Value(1.0), Value(true)));
+    EXPECT_FALSE(equals(Value(std::nan("")), Value(std::nan(""))));
+    EXPECT_TRUE(equals(Value(0.0), Value(-0.0)));
+}
+
+TEST(ValueEquality, NullsAndContainersAreNeverEqual)
+{
+    EXPECT_FALSE(equals(Value(), Value()));
+    Value array = Value::makeArray();
+    EXPECT_FALSE(equals(array, array));
+    Value object = Value::makeObject();
+    EXPECT_FALSE(equals(object, object));
+}
+
+TEST(NumberToString, SixDecimalsWithoutTrailingZeros)
+{
+    const std::pair<double, const char*> cases[] = {
+        {1.5, "1.5"},
+        {2, "2"},
+        {100, "100"},
+        {0, "0"},
+        {-3.25, "-3.25"},
+        {0.1234567, "0.123457"},
+        {1e-7, "0"},
+        {-1e-7, "-0"},
+        {-0.0000001, "-0"},
+        {123456789.987654321, "123456789.987654"},
+        {1e20, "100000000000000000000"},
+        {0.0000006, "0.000001"},
+        {0.0000005, "0"},  // the double just below 5e-7 rounds down
+    };
+    for (const auto& [number, text] : cases) {
+        EXPECT_EQ(numberToString(number), text) << number;
+    }
+}
+
+TEST(NumberToString, NonFiniteNumbers)
+{
+    EXPECT_EQ(numberToString(std::numeric_limits<double>::infinity()), "inf");
+    EXPECT_EQ(numberToString(-std::numeric_limits<double>::infinity()), "-inf");
+    EXPECT_EQ(numberToString(std::numeric_limits<double>::max()).size(), 309u);
+}
+
+TEST(ReportError, ThrowsWhileDebugModeIsSetAndPrintsEitherWay)
+{
+    EXPECT_EQ(thrownMessage([] { reportError("boom"); }), "boom");
+    EXPECT_EQ(printedOutput([] { reportError("quiet boom"); }), "quiet boom\n");
+}
