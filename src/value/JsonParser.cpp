@@ -1,6 +1,7 @@
 #include "value/JsonParser.h"
 
 #include <charconv>
+#include <cstring>
 #include <stdexcept>
 
 #include "value/ErrorReporting.h"
@@ -186,8 +187,22 @@ void JsonParser::storeValue(Value& top, std::string key, Value value)
 
 std::string JsonParser::readString()
 {
-    std::string text;
     ++cursor_;  // the opening quote
+    const size_t left = static_cast<size_t>(end_ - cursor_);
+    const char* quote = static_cast<const char*>(std::memchr(cursor_, '"', left));
+    const char* stop = quote != nullptr ? quote : end_;
+    // Most strings hold no escape: take them in one piece.
+    if (std::memchr(cursor_, '\\', static_cast<size_t>(stop - cursor_)) == nullptr) {
+        std::string text(cursor_, stop);
+        cursor_ = quote != nullptr ? quote + 1 : end_;
+        return text;
+    }
+    return readEscapedString();
+}
+
+std::string JsonParser::readEscapedString()
+{
+    std::string text;
     while (cursor_ < end_) {
         const char* run = cursor_;
         while (cursor_ < end_ && *cursor_ != '"' && *cursor_ != '\\') {

@@ -51,6 +51,7 @@ private:
     Token peek();
     void step();
     std::string readString();
+    std::string readEscapedString();
     double readNumber();
     void skipLiteral(size_t length);
     bool readMember(Value& top);
