@@ -1,0 +1,91 @@
+#include "runtime/functions/BridgeFunctions.h"
+
+#include "runtime/functions/DeferredCallback.h"
+#include "runtime/functions/FunctionSupport.h"
+
+namespace Mero {
+
+namespace {
+
+// The reply of a synchronous bridge call. Shared with the reply handler, so a
+// reply that comes after the call has returned finds `waiting` clear and is
+// dropped instead of writing into a result that is gone.
+struct SyncReply {
+    Value result;
+    bool replied = false;
+    bool waiting = true;
+};
+
+// Starts a bridge call through `start` (given the reply handler) and gives
+// the reply, which must have arrived by the time `start` returns.
+template <typename Start>
+Value callSynchronously(Start&& start)
+{
+    auto reply = std::make_shared<SyncReply>();
+    start([reply](Value&& answer) {
+        if (reply->waiting) {
+            reply->result = std::move(answer);
+            reply->replied = true;
+        }
+    });
+    reply->waiting = false;
+    if (!reply->replied) {
+        reportError("call bridge sync not sync");
+        return Value();
+    }
+    return std::move(reply->result);
+}
+
+}  // namespace
+
+Value CallBridgeFunction::invoke(ArgList&& args, const EngineRef& engine)
+{
+    if (!checkArgCount(args, 3, "call bridge args size not match")) {
+        return Value();
+    }
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime || !runtime->hooks.callBridge) {
+        return Value();
+    }
+    runtime->hooks.callBridge(args[0].string(), args[1], [engine, callback = std::move(args[2])](Value&& answer) {
+        ArgList callbackArgs;
+        callbackArgs.push_back(std::move(answer));
+        runDeferredCallback(engine, callback, std::move(callbackArgs));
+    });
+    return Value();
+}
+
+Value CallBridgeSyncFunction::invoke(ArgList&& args, const EngineRef& engine)
+{
+    if (!checkArgCount(args, 2, "call bridge sync args size not match")) {
+        return Value();
+    }
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        return Value();
+    }
+    // Without a bridge hook no reply can come: that is reported as not sync.
+    return callSynchronously([&](BridgeReply handler) {
+        if (runtime->hooks.callBridge) {
+            runtime->hooks.callBridge(args[0].string(), args[1], std::move(handler));
+        }
+    });
+}
+
+Value CallBridgeSyncWithKeyPathFunction::invoke(ArgList&& args, const EngineRef& engine)
+{
+    if (!checkArgCount(args, 3, "call bridge sync args size not match")) {
+        return Value();
+    }
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        return Value();
+    }
+    return callSynchronously([&](BridgeReply handler) {
+        if (runtime->hooks.callBridgeWithKeyPath) {
+            runtime->hooks.callBridgeWithKeyPath(args[0].string(), args[1], args[2], std::move(handler));
+        }
+    });
+}
+
+}  // namespace Mero

@@ -1,0 +1,186 @@
+#include "runtime/functions/CollectionFunctions.h"
+
+#include "runtime/functions/FunctionSupport.h"
+#include "value/JsonParser.h"
+
+namespace Mero {
+
+namespace {
+
+// The walk shared by ForEach, Map and Filter. The length is re-read on every
+// round, so a callback that appends to the array extends the walk. The kinds
+// are not tested: a non-array walks the shared empty array, and a
+// non-callback throws std::bad_function_call on the first element.
+template <typename OnResult>
+void walkArray(ArgList& args, OnResult&& onResult)
+{
+    const ValueArray& array = args[0].array();
+    const ValueCallback& callback = callableOf(args[1]);
+    for (size_t i = 0; i < array.size(); ++i) {
+        Value element = array[i];
+        std::vector<Value> callArgs;
+        callArgs.reserve(3);
+        callArgs.emplace_back(element);
+        callArgs.emplace_back(static_cast<double>(i));
+        callArgs.emplace_back(args[0]);
+        onResult(callback(std::move(callArgs)), std::move(element));
+    }
+}
+
+}  // namespace
+
+Value ArrayPushFunction::invoke(ArgList&& args, const EngineRef&)
+{
+    if (!checkArgCount(args, 2, "array add args size not match")) {
+        return Value(Kind::Array);
+    }
+    if (!args[0].is(Kind::Array) || !args[1].is(Kind::Array)) {
+        reportError("args must be array");
+        return Value();
+    }
+    // The target shares its vector with the variable it was read from, so the
+    // script's array grows in place. Copy the source first: it may be the
+    // target itself.
+    ValueArray& target = args[0].array();
+    ValueArray source = args[1].array();
+    target.insert(target.end(), std::make_move_iterator(source.begin()), std::make_move_iterator(source.end()));
+    return Value(static_cast<double>(target.size()));
+}
+
+Value ArrayGetFunction::invoke(ArgList&& args, const EngineRef&)
+{
+    if (!checkArgCount(args, 2, "array get args size not match")) {
+        return Value();
+    }
+    const Value& container = args[0];
+    const Value& index = args[1];
+    if (isFalsy(container)) {
+        return Value();
+    }
+    if (container.is(Kind::Array) && index.is(Kind::Number)) {
+        const ValueArray& array = container.array();
+        uint32_t position = truncateToUint32(index.number());
+        if (position >= array.size()) {
+            reportError("array index out of range");
+            return Value();
+        }
+        return array[position];
+    }
+    if (container.is(Kind::Object)) {
+        const ValueObject& object = container.object();
+        auto member = index.is(Kind::Number) ? object.find(numberToString(index.number()))
+                                             : object.find(index.string());
+        return member == object.end() ? Value() : member->second;
+    }
+    reportError("args must be array or index must be number");
+    return Value();
+}
+
+Value ArrayForEachFunction::invoke(ArgList&& args, const EngineRef&)
+{
+    if (!checkArgCount(args, 2, "ArrayForEach args size not match")) {
+        return Value();
+    }
+    walkArray(args, [](Value&&, Value&&) {});
+    return Value();
+}
+
+Value ArrayMapFunction::invoke(ArgList&& args, const EngineRef&)
+{
+    if (!checkArgCount(args, 2, "ArrayMap args size not match")) {
+        return Value();
+    }
+    ValueArray mapped;
+    mapped.reserve(args[0].array().size());
+    walkArray(args, [&mapped](Value&& result, Value&&) { mapped.push_back(std::move(result)); });
+    return Value::makeArray(std::move(mapped));
+}
+
+Value ArrayFilterFunction::invoke(ArgList&& args, const EngineRef&)
+{
+    if (!checkArgCount(args, 2, "ArrayFilter args size not match")) {
+        return Value();
+    }
+    ValueArray kept;
+    walkArray(args, [&kept](Value&& result, Value&& element) {
+        // Only a real boolean true keeps the element; 1 or "x" do not.
+        if (result.is(Kind::Boolean) && result.boolean()) {
+            kept.push_back(std::move(element));
+        }
+    });
+    return Value::makeArray(std::move(kept));
+}
+
+Value JSONGetFunction::invoke(ArgList&& args, const EngineRef&)
+{
+    if (args.size() != 2 && args.size() != 3) {
+        reportError("json get args size not match");
+        return Value();
+    }
+    if (args[0].is(Kind::Object) && args[1].is(Kind::String)) {
+        const ValueObject& object = args[0].object();
+        auto member = object.find(args[1].string());
+        if (member != object.end()) {
+            return member->second;
+        }
+    }
+    return args.size() == 3 ? std::move(args[2]) : Value();
+}
+
+Value DictForEachFunction::invoke(ArgList&& args, const EngineRef&)
+{
+    if (!checkArgCount(args, 2, "DictForEach args size not match")) {
+        return Value();
+    }
+    const ValueObject& object = args[0].object();
+    const ValueCallback& callback = callableOf(args[1]);
+    // The keys are taken first: a callback that adds a member could rehash
+    // the map under a live iterator. Values are read as they are at the call.
+    std::vector<std::string> keys;
+    keys.reserve(object.size());
+    for (const auto& member : object) {
+        keys.push_back(member.first);
+    }
+    for (std::string& key : keys) {
+        auto member = object.find(key);
+        if (member == object.end()) {
+            continue;
+        }
+        std::vector<Value> callArgs;
+        callArgs.reserve(2);
+        callArgs.emplace_back(std::move(key));
+        callArgs.emplace_back(member->second);
+        callback(std::move(callArgs));
+    }
+    return Value();
+}
+
+Value JsonSetFunction::invoke(ArgList&& args, const EngineRef&)
+{
+    if (!checkArgCount(args, 3, "JsonSet args size not match")) {
+        return Value();
+    }
+    // Wrong kinds change nothing, quietly.
+    if (args[0].is(Kind::Object) && args[1].is(Kind::String)) {
+        args[0].object()[args[1].string()] = std::move(args[2]);
+    }
+    return Value();
+}
+
+Value JsonParseFunction::invoke(ArgList&& args, const EngineRef&)
+{
+    if (!checkArgCount(args, 1, "JsonParse args size not match")) {
+        return Value();
+    }
+    if (!args[0].is(Kind::String)) {
+        reportError("JsonParse args type not match");
+        return Value();
+    }
+    const std::string& text = args[0].string();
+    if (text.empty()) {
+        return Value();
+    }
+    return JsonParser::read(text);
+}
+
+}  // namespace Mero

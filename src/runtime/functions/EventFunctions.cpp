@@ -1,0 +1,50 @@
+#include "runtime/functions/EventFunctions.h"
+
+#include "runtime/RuntimeEngine.h"
+#include "runtime/functions/FunctionSupport.h"
+
+namespace Mero {
+
+Value SendEventFunction::invoke(ArgList&& args, const EngineRef& engine)
+{
+    if (!checkArgCount(args, 2, "SendEvent args size not match")) {
+        return Value();
+    }
+    if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
+        runtime->dispatchEvent(args[0].string(), args[1]);
+    }
+    return Value();
+}
+
+Value OnEventFunction::invoke(ArgList&& args, const EngineRef& engine)
+{
+    if (!checkArgCount(args, 2, "OnEvent args size not match")) {
+        return Value();
+    }
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    CallbackPtr callback = args[1].callbackPtr();
+    if (!runtime || !callback) {
+        return Value();  // a non-callback registers nothing, quietly
+    }
+    // Never replaces: a name that is already handled, by the template or by
+    // an earlier registration, keeps its handler.
+    std::string name = takeString(args[0]);
+    if (!runtime->eventTable.contains(name)) {
+        auto handler = std::make_shared<EventHandler>(name, std::move(callback));
+        runtime->registerEvent(std::move(name), std::move(handler));
+    }
+    return Value();
+}
+
+Value RemoveEventFunction::invoke(ArgList&& args, const EngineRef& engine)
+{
+    if (!checkArgCount(args, 1, "RemoveEvent args size not match")) {
+        return Value();
+    }
+    if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
+        runtime->eventTable.erase(args[0].string());
+    }
+    return Value();
+}
+
+}  // namespace Mero

@@ -1,0 +1,67 @@
+#include "runtime/functions/TimerFunctions.h"
+
+#include "runtime/functions/DeferredCallback.h"
+#include "runtime/functions/FunctionSupport.h"
+
+namespace Mero {
+
+namespace {
+
+// A job that runs the script callback with no arguments, then flushes.
+HostJob deferredJob(const EngineRef& engine, Value&& callback)
+{
+    return [engine, callback = std::move(callback)] { runDeferredCallback(engine, callback, ArgList()); };
+}
+
+}  // namespace
+
+Value SetTimeoutFunction::invoke(ArgList&& args, const EngineRef& engine)
+{
+    if (!checkArgCount(args, 2, "set timeout args size not match")) {
+        return Value();
+    }
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        return Value();
+    }
+    // An engine without a timeout hook throws std::bad_function_call here.
+    runtime->hooks.setTimeout(args[0].number(), deferredJob(engine, std::move(args[1])));
+    return Value();
+}
+
+Value VideoTimeOnceFunction::invoke(ArgList&& args, const EngineRef& engine)
+{
+    if (!checkArgCount(args, 2, "VideoTimeOnce args size not match")) {
+        return Value();
+    }
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        return Value();
+    }
+    // Only collected here: nothing reaches the host before VideoTimeStart.
+    if (!runtime->pendingVideoTimers) {
+        runtime->pendingVideoTimers = std::make_unique<VideoTimerList>();
+    }
+    runtime->pendingVideoTimers->emplace_back(args[0].number(), deferredJob(engine, std::move(args[1])));
+    return Value();
+}
+
+Value VideoTimeStartFunction::invoke(ArgList&& args, const EngineRef& engine)
+{
+    if (!checkArgCount(args, 2, "VideoTimeStart args size not match")) {
+        return Value();
+    }
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        return Value();
+    }
+    // The pending list is emptied in every case; without a host, or with
+    // nothing collected, what was pending is dropped.
+    VideoTimerListPtr pending = std::move(runtime->pendingVideoTimers);
+    if (pending && !pending->empty() && runtime->hooks.startVideoTimer) {
+        runtime->hooks.startVideoTimer(args[0].number(), args[1].number(), std::move(pending));
+    }
+    return Value();
+}
+
+}  // namespace Mero
