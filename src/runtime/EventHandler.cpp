@@ -1,0 +1,41 @@
+#include "runtime/EventHandler.h"
+
+namespace Mero {
+
+EventHandler::EventHandler(std::string handlerName, std::string parameter, StatementList statements)
+    : name(std::move(handlerName)), parameterName(std::move(parameter)), body(std::move(statements)),
+      scope(makeLocalScope())
+{
+}
+
+EventHandler::EventHandler(std::string handlerName, CallbackPtr callable)
+    : name(std::move(handlerName)), scope(makeLocalScope()), isCallback(true), callback(std::move(callable))
+{
+}
+
+void EventHandler::dispatch(const Value& payload, const ObjectPtr& extra, const EngineRef& engine)
+{
+    if (isCallback) {
+        if (callback && *callback) {
+            std::vector<Value> args;
+            args.push_back(payload);
+            (*callback)(std::move(args));
+        }
+        return;
+    }
+    scope->clear();
+    if (!parameterName.empty()) {
+        (*scope)[parameterName] = payload;
+    }
+    // The outer scope is copied in, never emptied; the parameter (and any
+    // name already there) wins.
+    if (extra) {
+        for (const auto& [key, value] : *extra) {
+            scope->try_emplace(key, value);
+        }
+    }
+    LocalScope running = scope;
+    runStatements(body, running, engine);
+}
+
+}  // namespace Mero

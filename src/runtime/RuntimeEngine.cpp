@@ -1,0 +1,78 @@
+#include "runtime/RuntimeEngine.h"
+
+namespace Mero {
+
+RuntimeEngine::RuntimeEngine()
+    : uiVariables(std::make_shared<ValueObject>()),
+      globalVariables(std::make_shared<ValueObject>()),
+      // Never null, so "$root" always reads an object.
+      data(std::make_shared<ValueObject>())
+{
+}
+
+RuntimeEngine::~RuntimeEngine() = default;
+
+Value RuntimeEngine::invokeFunction(const std::string& name, ArgList&& args)
+{
+    auto found = functionTable.find(name);
+    if (found == functionTable.end()) {
+        return Value();
+    }
+    return found->second->invoke(std::move(args), weak_from_this());
+}
+
+bool RuntimeEngine::registerFunction(std::string name, MRFunctionPtr function)
+{
+    return functionTable.try_emplace(std::move(name), std::move(function)).second;
+}
+
+bool RuntimeEngine::registerEvent(std::string name, EventHandlerPtr handler)
+{
+    return eventTable.try_emplace(std::move(name), std::move(handler)).second;
+}
+
+void RuntimeEngine::dispatchEvent(const std::string& name, const Value& payload, const ObjectPtr& extra)
+{
+    auto found = eventTable.find(name);
+    if (found == eventTable.end()) {
+        return;
+    }
+    // Keep the engine alive for the whole dispatch, and the handler too: a
+    // handler may remove its own event name while it runs.
+    std::shared_ptr<RuntimeEngine> self = shared_from_this();
+    EventHandlerPtr handler = found->second;
+    handler->dispatch(payload, extra, self);
+}
+
+void RuntimeEngine::flush()
+{
+    // The render tree's half (the owed layout pass, then each pending node's
+    // queued changes in enlisting order) is added with the render tree.
+}
+
+void RuntimeEngine::addObserver(const std::string& name, ObserverPtr callback)
+{
+    std::shared_ptr<ObserverList>& list = observers[name];
+    if (!list) {
+        list = std::make_shared<ObserverList>();
+    }
+    list->push_back(std::move(callback));
+}
+
+void RuntimeEngine::notifyObservers(const std::string& name)
+{
+    auto found = observers.find(name);
+    if (found == observers.end()) {
+        return;
+    }
+    // Hold the list: a callback may bind new properties under this name.
+    // Those join from the next change on.
+    std::shared_ptr<ObserverList> list = found->second;
+    const std::size_t count = list->size();
+    for (std::size_t i = 0; i < count; ++i) {
+        ObserverPtr callback = (*list)[i];
+        (*callback)();
+    }
+}
+
+}  // namespace Mero

@@ -1,0 +1,121 @@
+// RuntimeEngine: one card's script runtime.
+//
+// It owns the variable tables, the data object, the function and event
+// tables and the observers through which a change of a UI variable reaches the
+// render properties bound to it; it also converts template sizes into Yoga
+// values and holds the host hooks. The engine instance holds it through a
+// shared pointer; everything that outlives one call holds it only weakly.
+#pragma once
+
+#include <yoga/Yoga.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "runtime/EventHandler.h"
+#include "runtime/HostHooks.h"
+#include "runtime/LocalScope.h"
+#include "runtime/RuntimeObject.h"
+#include "runtime/ScriptFactory.h"
+#include "runtime/functions/MRFunction.h"
+#include "value/Value.h"
+
+namespace Mero {
+
+using ObserverList = std::vector<ObserverPtr>;
+
+using ValueSetter = std::function<void(Value)>;
+using BoolSetter = std::function<void(bool)>;
+using DoubleSetter = std::function<void(double)>;
+using YGValueSetter = std::function<void(YGValue)>;
+
+class RuntimeEngine : public std::enable_shared_from_this<RuntimeEngine> {
+public:
+    RuntimeEngine();
+    ~RuntimeEngine();
+    RuntimeEngine(const RuntimeEngine&) = delete;
+    RuntimeEngine& operator=(const RuntimeEngine&) = delete;
+
+    // Parses the template and fills the tables (see TemplateLoader.cpp). The
+    // function and event tables are not cleared first: on a second load the
+    // earlier entries win where names collide. Global variables are reset.
+    void loadTemplate(const char* text, std::size_t length);
+    void loadTemplate(std::string_view text) { loadTemplate(text.data(), text.size()); }
+
+    // Calls the named function with this engine; an unknown name gives null
+    // without a report.
+    Value invokeFunction(const std::string& name, ArgList&& args);
+
+    // Insert without replacing: answer false (and drop the new entry) when
+    // the name is already taken.
+    bool registerFunction(std::string name, MRFunctionPtr function);
+    bool registerEvent(std::string name, EventHandlerPtr handler);
+
+    // Runs the handler registered under `name`, if any. `extra` (may be null)
+    // is an outer scope whose members are copied in where the handler's scope
+    // does not already have them; it is never changed.
+    void dispatchEvent(const std::string& name, const Value& payload, const ObjectPtr& extra = nullptr);
+
+    // Brings the host up to date after a change of script state. The render
+    // half (layout pass and pushing queued node changes) belongs to the
+    // render tree; built-ins call this after every deferred callback.
+    void flush();
+
+    // Registers `callback` under a UI-variable name; callbacks are kept in
+    // registration order and never removed.
+    void addObserver(const std::string& name, ObserverPtr callback);
+    // Calls every callback registered under `name`, in registration order.
+    void notifyObservers(const std::string& name);
+
+    // Template size (type, number) to a Yoga value / to a number.
+    YGValue convertSize(int32_t sizeType, double number, YGValue fallback) const;
+    double convertSizeToNumber(int32_t sizeType, double number, double base, double fallback) const;
+
+    // Property binding, used by render nodes for every bound property:
+    // evaluate now and call the setter; when the expression reads UI
+    // variables, keep it and re-run evaluate-and-set on every change. When
+    // the engine is already gone the setter gets the default once.
+    static void getValueData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
+                             std::shared_ptr<ValueSetter> setter, Value defaultValue);
+    // The payload when the result is a boolean (number), else the default.
+    static void getTypeData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
+                            std::shared_ptr<BoolSetter> setter, bool defaultValue);
+    static void getTypeData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
+                            std::shared_ptr<DoubleSetter> setter, double defaultValue);
+    // Through convertSizeToNumber with `base` and `fallback`.
+    static void getSizeData(const LocalScope& scope, SizeProperty property, const EngineRef& engine,
+                            std::shared_ptr<DoubleSetter> setter, double base, double fallback);
+    // Through convertSize with `defaultValue` as the fallback.
+    static void getYGValueData(const LocalScope& scope, SizeProperty property, const EngineRef& engine,
+                               std::shared_ptr<YGValueSetter> setter, YGValue defaultValue);
+
+    // The container's measure modes (Yoga numbering: 0 undefined, 1 exactly,
+    // 2 at most) and size; a size is usable only when its mode is 1.
+    int32_t widthMode = 0;
+    int32_t heightMode = 0;
+    float containerWidth = YGUndefined;
+    float containerHeight = YGUndefined;
+    // Scale of size type 4: screen width / 750.
+    double screenScale = 1.0;
+
+    ObjectPtr uiVariables;      // "uiRef"
+    ObjectPtr globalVariables;  // "globalRef"
+    ObjectPtr data;             // set by the host's data; "$root" reads it whole
+    Value elements;             // the template's element tree, unread here
+
+    std::unordered_map<std::string, MRFunctionPtr> functionTable;
+    std::unordered_map<std::string, EventHandlerPtr> eventTable;
+    std::unordered_map<std::string, std::shared_ptr<ObserverList>> observers;
+
+    HostHooks hooks;
+    // Video-time points collected by script until it starts them; null until
+    // the first one.
+    VideoTimerListPtr pendingVideoTimers;
+};
+
+}  // namespace Mero

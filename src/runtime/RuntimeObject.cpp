@@ -1,0 +1,10 @@
+#include "runtime/RuntimeObject.h"
+
+namespace Mero {
+
+void RuntimeObject::observe(const EngineRef&, const ObserverPtr&)
+{
+    // Most expressions read no UI variable: nothing to register.
+}
+
+}  // namespace Mero

@@ -1,0 +1,189 @@
+#include "runtime/ScriptFactory.h"
+
+#include <cmath>
+
+#include "runtime/NumberConversion.h"
+#include "runtime/expressions/InvokeFunction.h"
+#include "runtime/expressions/Literals.h"
+#include "runtime/expressions/RuntimeCallback.h"
+#include "runtime/expressions/VariableReads.h"
+#include "runtime/statements/Assignments.h"
+#include "runtime/statements/BasicStatements.h"
+#include "runtime/statements/Condition.h"
+#include "runtime/statements/Loops.h"
+#include "runtime/statements/Switch.h"
+
+namespace Mero {
+
+namespace {
+
+// A member of a node, or null when absent (read-only: never inserts).
+const Value& member(const Value& node, const std::string& key)
+{
+    static const Value absent;
+    const ValueObject& object = node.object();
+    auto found = object.find(key);
+    return found == object.end() ? absent : found->second;
+}
+
+double typeCode(const Value& node)
+{
+    return member(node, "$").number();
+}
+
+const std::string& nameOf(const Value& node)
+{
+    return member(node, "n").string();
+}
+
+RuntimeObjectPtr expressionOf(const Value& node, const std::string& key)
+{
+    return createRuntimeObject(member(node, key));
+}
+
+std::vector<RuntimeObjectPtr> expressionList(const Value& list)
+{
+    std::vector<RuntimeObjectPtr> expressions;
+    expressions.reserve(list.array().size());
+    for (const Value& element : list.array()) {
+        expressions.push_back(createRuntimeObject(element));
+    }
+    return expressions;
+}
+
+StatementList statementList(const Value& list)
+{
+    StatementList statements;
+    statements.reserve(list.array().size());
+    for (const Value& element : list.array()) {
+        statements.push_back(createRuntimeExecute(element));
+    }
+    return statements;
+}
+
+// "bs": an array of statement lists.
+std::vector<StatementList> branchLists(const Value& node)
+{
+    const ValueArray& lists = member(node, "bs").array();
+    std::vector<StatementList> branches;
+    branches.reserve(lists.size());
+    for (const Value& list : lists) {
+        branches.push_back(statementList(list));
+    }
+    return branches;
+}
+
+RuntimeObjectPtr createJson(const Value& node)
+{
+    std::unordered_map<std::string, RuntimeObjectPtr> members;
+    members.reserve(node.object().size());
+    for (const auto& [key, value] : node.object()) {
+        members.emplace(key, createRuntimeObject(value));
+    }
+    return std::make_unique<RuntimeJson>(std::move(members));
+}
+
+std::unique_ptr<InvokeFunction> createInvoke(const Value& node)
+{
+    return std::make_unique<InvokeFunction>(nameOf(node), expressionList(member(node, "a")));
+}
+
+}  // namespace
+
+RuntimeObjectPtr createRuntimeObject(const Value& node)
+{
+    if (node.is(Kind::Object)) {
+        // The code is compared as a double: 5.7 is not 5 here, so such a node
+        // is an object literal (the statement factory truncates instead).
+        double code = typeCode(node);
+        if (code == 5) {
+            return createInvoke(node);
+        }
+        if (code == 1) {
+            return std::make_unique<RuntimeLocalVariable>(nameOf(node));
+        }
+        if (code == 3) {
+            return std::make_unique<RuntimeVariable>(nameOf(node));
+        }
+        if (code == 17) {
+            return std::make_unique<RuntimeGlobalRef>(nameOf(node));
+        }
+        if (code == 19) {
+            return std::make_unique<RuntimeMaterial>(nameOf(node));
+        }
+        if (code == 14) {
+            return std::make_unique<RuntimeCallback>(node);
+        }
+        if (code == 15) {
+            return std::make_unique<RuntimeSpreadObject>(expressionList(member(node, "value")));
+        }
+        if (code == 16) {
+            return std::make_unique<RuntimeSpreadArray>(expressionList(member(node, "value")));
+        }
+        return createJson(node);
+    }
+    if (node.is(Kind::Array)) {
+        return std::make_unique<RuntimeArray>(expressionList(node));
+    }
+    return std::make_unique<RuntimeBasic>(node);
+}
+
+RuntimeExecutePtr createRuntimeExecute(const Value& node)
+{
+    if (!node.is(Kind::Object)) {
+        return std::make_unique<RuntimeExecuteNull>();
+    }
+    switch (truncateToInt32(typeCode(node))) {
+    case 2: return std::make_unique<SetLocalVar>(nameOf(node), expressionOf(node, "value"));
+    case 4: return std::make_unique<SetVariable>(nameOf(node), expressionOf(node, "value"));
+    case 5: return createInvoke(node);
+    case 6: return std::make_unique<Condition>(expressionList(member(node, "c")), branchLists(node));
+    case 7:
+        return std::make_unique<ForRange>(expressionOf(node, "startIndex"), expressionOf(node, "endIndex"),
+                                          member(node, "index").string(), statementList(member(node, "b")));
+    case 8:
+        return std::make_unique<While>(member(node, "isDoWhile").boolean(), expressionOf(node, "c"),
+                                       statementList(member(node, "b")));
+    case 9:
+        return std::make_unique<Switch>(expressionOf(node, "t"), expressionList(member(node, "c")),
+                                        branchLists(node), statementList(member(node, "default")));
+    case 10:
+        return std::make_unique<ForOf>(expressionOf(node, "t"), member(node, "index").string(),
+                                       member(node, "item").string(), statementList(member(node, "b")));
+    case 11: return std::make_unique<ReturnValue>(expressionOf(node, "returnValue"));
+    case 12: return std::make_unique<BreakValue>();
+    case 13: return std::make_unique<ContinueValue>();
+    case 18: return std::make_unique<SetGlobalVar>(nameOf(node), expressionOf(node, "value"));
+    default: return std::make_unique<RuntimeExecuteNull>();
+    }
+}
+
+void buildStatementList(const Value& node, std::string_view key, StatementList& statements)
+{
+    const ValueArray& list = member(node, std::string(key)).array();
+    statements.reserve(statements.size() + list.size());
+    for (const Value& element : list) {
+        statements.push_back(createRuntimeExecute(element));
+    }
+}
+
+StatementList buildStatementList(const Value& node, std::string_view key)
+{
+    StatementList statements;
+    buildStatementList(node, key, statements);
+    return statements;
+}
+
+SizeProperty parseSizeProperty(const Value& property)
+{
+    SizeProperty size;
+    size.sizeType = truncateToInt32(member(property, "sizeType").number());
+    if (size.sizeType == -1) {
+        size.expression = createRuntimeObject(property);
+    } else {
+        size.expression = expressionOf(property, "value");
+    }
+    return size;
+}
+
+}  // namespace Mero

@@ -1,0 +1,84 @@
+#include "runtime/expressions/InvokeFunction.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "runtime/RuntimeEngine.h"
+#include "value/ErrorReporting.h"
+#include "value/JsonWriter.h"
+
+namespace Mero {
+
+namespace {
+
+// The trace is written for every call but LOG's own.
+bool traces(const std::string& name)
+{
+    return debugMode && name != "LOG";
+}
+
+void traceInvoke(const std::string& name, const std::vector<Value>& args)
+{
+    std::cout << "Mero_log-> invoke func: " << name << " args:" << "[";
+    for (const Value& arg : args) {
+        std::cout << arg << ",";
+    }
+    std::cout << "]" << '\n';
+}
+
+}  // namespace
+
+Value InvokeFunction::value(const LocalScope& scope, const EngineRef& engine)
+{
+    std::vector<Value> args;
+    args.reserve(arguments_.size());
+    for (const RuntimeObjectPtr& argument : arguments_) {
+        args.push_back(argument->value(scope, engine));
+    }
+    if (traces(name_)) {
+        traceInvoke(name_, args);
+    }
+    Value result = call(scope, engine, std::move(args));
+    if (traces(name_)) {
+        std::cout << "Mero_log-> func result: " << result << '\n' << '\n';
+    }
+    return result;
+}
+
+Value InvokeFunction::call(const LocalScope& scope, const EngineRef& engine, std::vector<Value>&& args) const
+{
+    // A local holding a callback shadows a function of the same name.
+    if (scope) {
+        auto local = scope->find(name_);
+        if (local != scope->end() && local->second.is(Kind::Callback)) {
+            // Keep the callable alive even if the call overwrites the local.
+            CallbackPtr callable = local->second.callbackPtr();
+            return (*callable)(std::move(args));
+        }
+    }
+    if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
+        return runtime->invokeFunction(name_, std::move(args));
+    }
+    return Value();
+}
+
+bool InvokeFunction::isDynamic()
+{
+    return std::any_of(arguments_.begin(), arguments_.end(),
+                       [](const RuntimeObjectPtr& argument) { return argument->isDynamic(); });
+}
+
+void InvokeFunction::observe(const EngineRef& engine, const ObserverPtr& callback)
+{
+    for (const RuntimeObjectPtr& argument : arguments_) {
+        argument->observe(engine, callback);
+    }
+}
+
+Value InvokeFunction::execute(const LocalScope& scope, const EngineRef& engine)
+{
+    value(scope, engine);
+    return completed();
+}
+
+}  // namespace Mero

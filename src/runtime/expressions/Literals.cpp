@@ -1,0 +1,101 @@
+#include "runtime/expressions/Literals.h"
+
+#include <algorithm>
+
+#include "value/ErrorReporting.h"
+
+namespace Mero {
+
+namespace {
+
+bool anyDynamic(const std::vector<RuntimeObjectPtr>& children)
+{
+    return std::any_of(children.begin(), children.end(), [](const RuntimeObjectPtr& child) { return child->isDynamic(); });
+}
+
+}  // namespace
+
+Value RuntimeBasic::value(const LocalScope&, const EngineRef&)
+{
+    return constant_;
+}
+
+Value RuntimeJson::value(const LocalScope& scope, const EngineRef& engine)
+{
+    Value result = Value::makeObject();
+    ValueObject& object = result.object();
+    for (const auto& [key, member] : members_) {
+        object[key] = member->value(scope, engine);
+    }
+    return result;
+}
+
+bool RuntimeJson::isDynamic()
+{
+    return std::any_of(members_.begin(), members_.end(), [](const auto& member) { return member.second->isDynamic(); });
+}
+
+Value RuntimeArray::value(const LocalScope& scope, const EngineRef& engine)
+{
+    ValueArray elements;
+    elements.reserve(elements_.size());
+    for (const RuntimeObjectPtr& element : elements_) {
+        elements.push_back(element->value(scope, engine));
+    }
+    return Value::makeArray(std::move(elements));
+}
+
+bool RuntimeArray::isDynamic()
+{
+    return anyDynamic(elements_);
+}
+
+Value RuntimeSpreadArray::value(const LocalScope& scope, const EngineRef& engine)
+{
+    ValueArray elements;
+    for (const RuntimeObjectPtr& part : parts_) {
+        Value spread = part->value(scope, engine);
+        if (spread.isNull()) {
+            continue;
+        }
+        if (!spread.is(Kind::Array)) {
+            reportError("RuntimeSpreadArray value is not array");
+            continue;
+        }
+        const ValueArray& source = spread.array();
+        elements.insert(elements.end(), source.begin(), source.end());
+    }
+    return Value::makeArray(std::move(elements));
+}
+
+bool RuntimeSpreadArray::isDynamic()
+{
+    return anyDynamic(parts_);
+}
+
+Value RuntimeSpreadObject::value(const LocalScope& scope, const EngineRef& engine)
+{
+    Value result = Value::makeObject();
+    ValueObject& object = result.object();
+    for (const RuntimeObjectPtr& part : parts_) {
+        Value spread = part->value(scope, engine);
+        if (spread.isNull()) {
+            continue;
+        }
+        if (!spread.is(Kind::Object)) {
+            reportError("RuntimeSpreadObject value is not object");
+            continue;
+        }
+        for (const auto& [key, member] : spread.object()) {
+            object[key] = member;
+        }
+    }
+    return result;
+}
+
+bool RuntimeSpreadObject::isDynamic()
+{
+    return anyDynamic(parts_);
+}
+
+}  // namespace Mero

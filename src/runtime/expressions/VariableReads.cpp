@@ -1,0 +1,66 @@
+#include "runtime/expressions/VariableReads.h"
+
+#include "runtime/RuntimeEngine.h"
+#include "value/ErrorReporting.h"
+
+namespace Mero {
+
+namespace {
+
+Value lookUp(const ValueObject* table, const std::string& name)
+{
+    if (table == nullptr) {
+        return Value();
+    }
+    auto found = table->find(name);
+    return found == table->end() ? Value() : found->second;
+}
+
+}  // namespace
+
+Value RuntimeLocalVariable::value(const LocalScope& scope, const EngineRef&)
+{
+    return lookUp(scope.get(), name_);
+}
+
+Value RuntimeVariable::value(const LocalScope&, const EngineRef& engine)
+{
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        reportError("runtimeEngine is null");
+        return Value();
+    }
+    return lookUp(runtime->uiVariables.get(), name_);
+}
+
+void RuntimeVariable::observe(const EngineRef& engine, const ObserverPtr& callback)
+{
+    if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
+        runtime->addObserver(name_, callback);
+    }
+}
+
+Value RuntimeGlobalRef::value(const LocalScope&, const EngineRef& engine)
+{
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        reportError("runtimeEngine is null");
+        return Value();
+    }
+    return lookUp(runtime->globalVariables.get(), name_);
+}
+
+Value RuntimeMaterial::value(const LocalScope&, const EngineRef& engine)
+{
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        reportError("runtimeEngine is null");
+        return Value();
+    }
+    if (name_ == "$root") {
+        return Value(runtime->data);
+    }
+    return lookUp(runtime->data.get(), name_);
+}
+
+}  // namespace Mero

@@ -1,0 +1,35 @@
+// CustomFunction: a function defined by the template's "functions".
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "runtime/LocalScope.h"
+#include "runtime/RuntimeExecute.h"
+#include "runtime/functions/MRFunction.h"
+
+namespace Mero {
+
+class CustomFunction final : public MRFunction {
+public:
+    // `defaultArgs` is the template's own array, shared; it may be empty or
+    // null (no defaults).
+    CustomFunction(std::string name, std::vector<std::string> parameters, ArrayPtr defaultArgs, StatementList body);
+
+    Value invoke(ArgList&& args, const EngineRef& engine) override;
+
+    const std::string& name() const { return name_; }
+    const std::vector<std::string>& parameters() const { return parameters_; }
+
+private:
+    bool hasDefaults() const { return defaultArgs_ && !defaultArgs_->empty(); }
+
+    std::string name_;
+    std::vector<std::string> parameters_;
+    ArrayPtr defaultArgs_;
+    StatementList body_;
+    // One map, made with the function and reused (cleared) by every call.
+    LocalScope scope_;
+};
+
+}  // namespace Mero
