@@ -36,20 +36,23 @@ extern "C" int __android_log_write(int priority, const char* tag, const char* te
 
 extern "C" int __android_log_print(int priority, const char* tag, const char* format, ...)
 {
+    char text[1024];
     va_list arguments;
     va_start(arguments, format);
-    va_list counting;
-    va_copy(counting, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, counting);
-    va_end(counting);
+    const int length = std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
     if (length < 0) {
-        va_end(arguments);
         return -1;
     }
-    std::string text(static_cast<size_t>(length), '\0');
-    std::vsnprintf(text.data(), text.size() + 1, format, arguments);
+    if (static_cast<size_t>(length) < sizeof text) {
+        return __android_log_write(priority, tag, text);
+    }
+    // Longer than the stack buffer: format again into one that fits.
+    std::string longText(static_cast<size_t>(length), '\0');
+    va_start(arguments, format);
+    std::vsnprintf(longText.data(), longText.size() + 1, format, arguments);
     va_end(arguments);
-    return __android_log_write(priority, tag, text.c_str());
+    return __android_log_write(priority, tag, longText.c_str());
 }
 
 #endif

@@ -24,7 +24,9 @@ typedef enum android_LogPriority {
 } android_LogPriority;
 
 // Returns the number of bytes written (positive) or a negative error.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the platform's own names
 int __android_log_write(int priority, const char* tag, const char* text);
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
 int __android_log_print(int priority, const char* tag, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
 

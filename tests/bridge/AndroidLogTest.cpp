@@ -33,6 +33,14 @@ TEST(DesktopAndroidLog, OneLineWithPriorityLetterAndTag)
               "W/w: \n");
 }
 
+TEST(DesktopAndroidLog, LongFormattedTextIsNotCut)
+{
+    const std::string longText(5000, 'x');
+    testing::internal::CaptureStderr();
+    __android_log_print(ANDROID_LOG_DEBUG, "t", "<%s>", longText.c_str());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "D/t: <" + longText + ">\n");
+}
+
 TEST(DesktopAndroidLog, EveryPriorityHasItsLetter)
 {
     testing::internal::CaptureStderr();
