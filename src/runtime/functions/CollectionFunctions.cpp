@@ -113,8 +113,7 @@ Value ArrayFilterFunction::invoke(ArgList&& args, const EngineRef&)
 
 Value JSONGetFunction::invoke(ArgList&& args, const EngineRef&)
 {
-    if (args.size() != 2 && args.size() != 3) {
-        reportError("json get args size not match");
+    if (!checkArgCountBetween(args, 2, 3, "json get args size not match")) {
         return Value();
     }
     if (args[0].is(Kind::Object) && args[1].is(Kind::String)) {

@@ -74,9 +74,8 @@ Value ToStringFunction::invoke(ArgList&& args, const EngineRef&)
 
 Value SliceFunction::invoke(ArgList&& args, const EngineRef&)
 {
-    if (args.size() != 2 && args.size() != 3) {
-        // The log function's text is this function's own count message.
-        reportError("Log args size not match");
+    // The log function's text is this function's own count message, on purpose.
+    if (!checkArgCountBetween(args, 2, 3, "Log args size not match")) {
         return Value();
     }
     uint32_t start = unsignedArgument(args[1]);

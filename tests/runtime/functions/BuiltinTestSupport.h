@@ -1,0 +1,49 @@
+// Shorthands for calling built-ins directly in tests: arguments written as
+// JSON array text, results compared as canonical JSON.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "runtime/RuntimeEngine.h"
+#include "runtime/functions/MRFunction.h"
+#include "support/CanonicalJson.h"
+#include "support/JsonValue.h"
+
+namespace MeroTest {
+
+// An argument list written as a JSON array.
+inline Mero::ArgList argsOf(std::string_view arrayText)
+{
+    return json(arrayText).array();
+}
+
+// A callback Value around a plain callable.
+inline Mero::Value callbackValue(Mero::ValueCallback callable)
+{
+    return Mero::Value(std::make_shared<Mero::ValueCallback>(std::move(callable)));
+}
+
+// Calls a fresh object of the built-in class with no engine.
+template <typename Function>
+Mero::Value callBuiltin(Mero::ArgList args, const Mero::EngineRef& engine = {})
+{
+    Function function;
+    return function.invoke(std::move(args), engine);
+}
+
+template <typename Function>
+Mero::Value callBuiltin(std::string_view arrayText, const Mero::EngineRef& engine = {})
+{
+    return callBuiltin<Function>(argsOf(arrayText), engine);
+}
+
+// The canonical JSON of a built-in's result.
+template <typename Function>
+std::string resultOf(std::string_view arrayText)
+{
+    return canonicalJson(callBuiltin<Function>(arrayText));
+}
+
+}  // namespace MeroTest
