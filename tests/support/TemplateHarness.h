@@ -15,18 +15,11 @@
 
 #include "runtime/RuntimeEngine.h"
 #include "runtime/ScriptFactory.h"
+#include "support/JsonValue.h"
 #include "value/JsonParser.h"
 #include "value/Value.h"
 
 namespace MeroTest {
-
-// Any JSON value, not only an object (the reader's root is always an object).
-inline Mero::Value json(std::string_view text)
-{
-    std::string wrapped = "{\"v\":" + std::string(text) + "}";
-    Mero::Value root = Mero::JsonParser::read(wrapped);
-    return root.object()["v"];
-}
 
 struct RecordedBridgeCall {
     std::string name;
