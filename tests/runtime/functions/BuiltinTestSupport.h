@@ -2,9 +2,11 @@
 // JSON array text, results compared as canonical JSON.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "runtime/RuntimeEngine.h"
 #include "runtime/functions/MRFunction.h"
@@ -24,6 +26,21 @@ inline Mero::Value callbackValue(Mero::ValueCallback callable)
 {
     return Mero::Value(std::make_shared<Mero::ValueCallback>(std::move(callable)));
 }
+
+// Records every call of a callback as the canonical JSON of its arguments and
+// answers with `answer(arguments)`.
+struct RecordingCallback {
+    std::vector<std::string> calls;
+    std::function<Mero::Value(const Mero::ArgList&)> answer = [](const Mero::ArgList&) { return Mero::Value(); };
+
+    Mero::Value value()
+    {
+        return callbackValue([this](Mero::ArgList&& args) {
+            calls.push_back(canonicalJson(Mero::Value::makeArray(args)));
+            return answer(args);
+        });
+    }
+};
 
 // Calls a fresh object of the built-in class with no engine.
 template <typename Function>

@@ -13,21 +13,6 @@ namespace {
 using namespace Mero;
 using namespace MeroTest;
 
-// Records every call of a callback as the canonical JSON of its arguments and
-// answers with `answer(arguments)`.
-struct RecordingCallback {
-    std::vector<std::string> calls;
-    std::function<Value(const ArgList&)> answer = [](const ArgList&) { return Value(); };
-
-    Value value()
-    {
-        return callbackValue([this](ArgList&& args) {
-            calls.push_back(canonicalJson(Value::makeArray(args)));
-            return answer(args);
-        });
-    }
-};
-
 TEST(ArrayPush, appendsTheWholeSourceToTheScriptsOwnArray)
 {
     Value variable = json("[1,2]");
