@@ -1,0 +1,74 @@
+// Loads arbitrary bytes as a template and dispatches every event it names.
+// Reported errors are expected (debugMode is clear, so they only print);
+// anything that crashes, reads out of bounds or trips a sanitizer is a bug.
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "runtime/RuntimeEngine.h"
+#include "value/ErrorReporting.h"
+
+namespace {
+
+// Host hooks that accept every request and drop it.
+void installQuietHooks(Mero::RuntimeEngine& engine)
+{
+    engine.hooks.log = [](const std::string&) {};
+    engine.hooks.setTimeout = [](double, Mero::HostJob) {};
+    engine.hooks.startVideoTimer = [](double, double, Mero::VideoTimerListPtr) {};
+    engine.hooks.measureText = [](const Mero::TextContent&) { return std::pair<double, double>(0.0, 0.0); };
+    engine.hooks.callBridge = [](const std::string&, const Mero::Value&, Mero::BridgeReply reply) {
+        reply(Mero::Value());
+    };
+    engine.hooks.callBridgeWithKeyPath = [](const std::string&, const Mero::Value&, const Mero::Value&,
+                                            Mero::BridgeReply reply) { reply(Mero::Value()); };
+}
+
+void runTemplate(const char* text, size_t size)
+{
+    auto engine = std::make_shared<Mero::RuntimeEngine>();
+    installQuietHooks(*engine);
+    engine->loadTemplate(text, size);
+    std::vector<std::string> names;
+    for (const auto& entry : engine->eventTable) {
+        names.push_back(entry.first);
+    }
+    for (const std::string& name : names) {
+        engine->dispatchEvent(name, Mero::Value(Mero::Kind::Object));
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    // Quiet reports; go on with the fallbacks, as a release build does.
+    Mero::debugMode = false;
+    static std::ostringstream sink;
+    std::streambuf* saved = std::cout.rdbuf(sink.rdbuf());
+
+    try {
+        runTemplate(reinterpret_cast<const char*>(data), size);
+    } catch (const std::invalid_argument&) {
+        // the JSON reader's number conversion ("-")
+    } catch (const std::out_of_range&) {
+        // a number beyond a double's range
+    } catch (const std::bad_function_call&) {
+        // a built-in handed a non-callback where it calls one
+    } catch (const std::bad_variant_access&) {
+        // a payload of the wrong alternative, as the standard library reports it
+    }
+    // Templates without "variables" write into the shared empty object;
+    // start every input from a clean one.
+    Mero::Value mismatched;
+    mismatched.object().clear();
+    sink.str("");
+    std::cout.rdbuf(saved);
+    return 0;
+}
