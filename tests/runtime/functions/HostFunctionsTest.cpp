@@ -32,36 +32,9 @@ TEST(CallBridge, startsTheHostCallAndRunsTheCallbackWithTheReply)
 
     card.bridgeCalls[0].reply(json("{\"name\":\"ada\"}"));
     EXPECT_EQ(callback.calls, (std::vector<std::string>{"[{\"name\":\"ada\"}]"}));
-}
 
-TEST(CallBridge, aReplyWithANonCallbackOrAfterTheEngineIsGoneRunsNothing)
-{
-    TemplateHarness card;
     card.call("k", {Value("m"), Value(), Value(5)});
-    card.bridgeCalls[0].reply(Value(1));  // only the flush runs
-
-    RecordingCallback callback;
-    card.call("k", {Value("m"), Value(), callback.value()});
-    BridgeReply late = card.bridgeCalls[1].reply;
-    card.release();
-    late(Value(1));
-    EXPECT_TRUE(callback.calls.empty());
-}
-
-TEST(CallBridge, aGoneEngineMakesNoHostCall)
-{
-    TemplateHarness card;
-    EngineRef weak = card.weak();
-    auto* calls = &card.bridgeCalls;
-    card.release();
-    EXPECT_EQ(printedOutput([&] {
-                  EXPECT_TRUE(callBuiltin<CallBridgeFunction>(ArgList{Value("m"), Value(), Value()}, weak).isNull());
-                  EXPECT_TRUE(callBuiltin<CallBridgeSyncFunction>(ArgList{Value("m"), Value()}, weak).isNull());
-                  EXPECT_TRUE(callBuiltin<CallBridgeSyncWithKeyPathFunction>(ArgList{Value("m"), Value(), Value()}, weak)
-                                  .isNull());
-              }),
-              "");
-    EXPECT_TRUE(calls->empty());
+    card.bridgeCalls[1].reply(Value(1));  // a non-callback is skipped: only the flush runs
 }
 
 TEST(CallBridgeSync, givesTheReplyTheHostGaveBeforeReturning)
@@ -136,32 +109,11 @@ TEST(SetTimeout, handsTheDelayAndAJobThatRunsTheCallbackWithNoArguments)
     card.timeouts[1].job();
 }
 
-TEST(SetTimeout, aJobWhoseEngineIsGoneDoesNothing)
-{
-    TemplateHarness card;
-    RecordingCallback callback;
-    card.call("p", {Value(10), callback.value()});
-    HostJob job = card.timeouts[0].job;
-    card.release();
-    job();
-    EXPECT_TRUE(callback.calls.empty());
-}
-
 TEST(SetTimeout, withoutATimeoutHookTheCallFails)
 {
     TemplateHarness card;
     card.engine->hooks.setTimeout = nullptr;
     EXPECT_THROW(card.call("p", {Value(10), Value()}), std::bad_function_call);
-}
-
-TEST(SetTimeout, aGoneEngineSchedulesNothing)
-{
-    TemplateHarness card;
-    EngineRef weak = card.weak();
-    auto* timeouts = &card.timeouts;
-    card.release();
-    EXPECT_TRUE(callBuiltin<SetTimeoutFunction>(ArgList{Value(1), Value()}, weak).isNull());
-    EXPECT_TRUE(timeouts->empty());
 }
 
 // ---- video time --------------------------------------------------------
@@ -204,23 +156,6 @@ TEST(VideoTime, withoutAHostStartDropsWhatWasPending)
     card.engine->hooks.startVideoTimer = hook;
     card.call("y", {Value(0), Value(0)});
     EXPECT_TRUE(card.videoTimers.empty());
-}
-
-TEST(VideoTime, aJobWhoseEngineIsGoneDoesNothingAndAGoneEngineCollectsNothing)
-{
-    TemplateHarness card;
-    RecordingCallback callback;
-    card.call("x", {Value("not a number"), callback.value()});
-    card.call("y", {Value(0), Value(0)});
-    ASSERT_EQ(card.videoTimers.size(), 1u);
-    EXPECT_EQ(card.videoTimers[0].entries[0].first, 0);
-    HostJob job = card.videoTimers[0].entries[0].second;
-    EngineRef weak = card.weak();
-    card.release();
-    job();
-    EXPECT_TRUE(callback.calls.empty());
-    EXPECT_TRUE(callBuiltin<VideoTimeOnceFunction>(ArgList{Value(1), Value()}, weak).isNull());
-    EXPECT_TRUE(callBuiltin<VideoTimeStartFunction>(ArgList{Value(1), Value(2)}, weak).isNull());
 }
 
 // ---- events ------------------------------------------------------------
@@ -285,18 +220,50 @@ TEST(RemoveEvent, anAbsentNameChangesNothing)
     EXPECT_EQ(card.engine->eventTable.size(), 1u);
 }
 
-TEST(EventFunctions, aGoneEngineIsNotAnError)
+// ---- a gone engine ----------------------------------------------------
+
+TEST(HostFunctions, repliesAndJobsWhoseEngineIsGoneRunNothing)
+{
+    TemplateHarness card;
+    RecordingCallback callback;
+    card.call("k", {Value("m"), Value(), callback.value()});
+    card.call("p", {Value(10), callback.value()});
+    card.call("x", {Value("not a number"), callback.value()});  // a non-number time reads 0
+    card.call("y", {Value(0), Value(0)});
+    ASSERT_EQ(card.videoTimers.size(), 1u);
+    EXPECT_EQ(card.videoTimers[0].entries[0].first, 0);
+    BridgeReply reply = card.bridgeCalls[0].reply;
+    HostJob timeout = card.timeouts[0].job;
+    HostJob videoPoint = card.videoTimers[0].entries[0].second;
+    card.release();
+    reply(Value(1));
+    timeout();
+    videoPoint();
+    EXPECT_TRUE(callback.calls.empty());
+}
+
+TEST(HostFunctions, aGoneEngineAsksNothingOfTheHostAndReportsNothing)
 {
     TemplateHarness card;
     EngineRef weak = card.weak();
+    const auto* bridgeCalls = &card.bridgeCalls;
+    const auto* timeouts = &card.timeouts;
     card.release();
-    EXPECT_EQ(printedOutput([&] {
-                  callBuiltin<SendEventFunction>(ArgList{Value("tap"), Value()}, weak);
-                  callBuiltin<OnEventFunction>(ArgList{Value("tap"), callbackValue([](ArgList&&) { return Value(); })},
-                                               weak);
-                  callBuiltin<RemoveEventFunction>(ArgList{Value("tap")}, weak);
-              }),
-              "");
+    Value callback = callbackValue([](ArgList&&) { return Value(1); });
+    std::string printed = printedOutput([&] {
+        EXPECT_TRUE(callBuiltin<CallBridgeFunction>(ArgList{Value("m"), Value(), callback}, weak).isNull());
+        EXPECT_TRUE(callBuiltin<CallBridgeSyncFunction>(ArgList{Value("m"), Value()}, weak).isNull());
+        EXPECT_TRUE(callBuiltin<CallBridgeSyncWithKeyPathFunction>(ArgList{Value("m"), Value(), Value()}, weak).isNull());
+        EXPECT_TRUE(callBuiltin<SetTimeoutFunction>(ArgList{Value(1), callback}, weak).isNull());
+        EXPECT_TRUE(callBuiltin<VideoTimeOnceFunction>(ArgList{Value(1), callback}, weak).isNull());
+        EXPECT_TRUE(callBuiltin<VideoTimeStartFunction>(ArgList{Value(1), Value(2)}, weak).isNull());
+        EXPECT_TRUE(callBuiltin<SendEventFunction>(ArgList{Value("tap"), Value()}, weak).isNull());
+        EXPECT_TRUE(callBuiltin<OnEventFunction>(ArgList{Value("tap"), callback}, weak).isNull());
+        EXPECT_TRUE(callBuiltin<RemoveEventFunction>(ArgList{Value("tap")}, weak).isNull());
+    });
+    EXPECT_EQ(printed, "");
+    EXPECT_TRUE(bridgeCalls->empty());
+    EXPECT_TRUE(timeouts->empty());
 }
 
 }  // namespace

@@ -72,19 +72,6 @@ TEST(ScriptBuiltins, dictForEachWalksEveryMember)
     EXPECT_EQ(canonicalJson(card.ui("sum")), "7");
 }
 
-TEST(ScriptBuiltins, aTimeoutCallbackChangesStateWhenTheHostFiresIt)
-{
-    TemplateHarness card(R"({"variables": {"fired": false}, "events": [{"n": "go", "a": [], "b": [
-        {"$": 5, "n": "p", "a": [300, {"$": 14, "a": [], "b": [{"$": 4, "n": "fired", "value": true}]}]}]}]})");
-    DebugModeScope quiet(false);
-    card.send("go");
-    ASSERT_EQ(card.timeouts.size(), 1u);
-    EXPECT_EQ(card.timeouts[0].delay, 300);
-    EXPECT_FALSE(card.ui("fired").boolean());
-    card.timeouts[0].job();
-    EXPECT_TRUE(card.ui("fired").boolean());
-}
-
 TEST(ScriptBuiltins, aBridgeReplyReachesTheScriptCallback)
 {
     TemplateHarness card(R"({"events": [{"n": "go", "a": [], "b": [
@@ -95,15 +82,6 @@ TEST(ScriptBuiltins, aBridgeReplyReachesTheScriptCallback)
     ASSERT_EQ(card.bridgeCalls.size(), 1u);
     card.bridgeCalls[0].reply(json(R"({"name": "ada"})"));
     EXPECT_EQ(card.ui("user").string(), "ada");
-}
-
-TEST(ScriptBuiltins, aSynchronousBridgeReplyIsTheCallsValue)
-{
-    TemplateHarness card;
-    card.immediateBridgeReply = json(R"({"v": 3})");
-    DebugModeScope quiet(false);
-    card.run(R"([{"$": 4, "n": "got", "value": {"$": 5, "n": "l", "a": ["read", null]}}])");
-    EXPECT_EQ(canonicalJson(card.ui("got")), R"({"v":3})");
 }
 
 TEST(ScriptBuiltins, eventsRegisteredFromScriptReceiveScriptPayloads)
@@ -130,23 +108,6 @@ TEST(ScriptBuiltins, aHandlerMayRemoveItsOwnEventWhileItRuns)
     card.send("once");
     EXPECT_TRUE(card.ui("ran").boolean());
     EXPECT_FALSE(card.engine->eventTable.contains("once"));
-}
-
-TEST(ScriptBuiltins, videoPointsCollectedByScriptStartTogether)
-{
-    TemplateHarness card(R"({"events": [{"n": "play", "a": [], "b": [
-        {"$": 5, "n": "x", "a": [2.7, {"$": 14, "a": [], "b": [{"$": 4, "n": "at", "value": 2.7}]}]},
-        {"$": 5, "n": "x", "a": [5, {"$": 14, "a": [], "b": [{"$": 4, "n": "at", "value": 5}]}]},
-        {"$": 5, "n": "y", "a": [1, 30]}
-    ]}]})");
-    DebugModeScope quiet(false);
-    card.send("play");
-    ASSERT_EQ(card.videoTimers.size(), 1u);
-    ASSERT_EQ(card.videoTimers[0].entries.size(), 2u);
-    card.videoTimers[0].entries[1].second();
-    EXPECT_EQ(canonicalJson(card.ui("at")), "5");
-    card.videoTimers[0].entries[0].second();
-    EXPECT_EQ(canonicalJson(card.ui("at")), "2.7");
 }
 
 TEST(ScriptBuiltins, aMisuseInsideAHandlerIsThrownOutOfTheDispatch)
