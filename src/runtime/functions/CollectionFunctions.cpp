@@ -17,13 +17,12 @@ void walkArray(ArgList& args, OnResult&& onResult)
     const ValueArray& array = args[0].array();
     const ValueCallback& callback = callableOf(args[1]);
     for (size_t i = 0; i < array.size(); ++i) {
-        Value element = array[i];
-        std::vector<Value> callArgs;
+        ArgList callArgs;
         callArgs.reserve(3);
-        callArgs.emplace_back(element);
+        callArgs.push_back(array[i]);
         callArgs.emplace_back(static_cast<double>(i));
-        callArgs.emplace_back(args[0]);
-        onResult(callback(std::move(callArgs)), std::move(element));
+        callArgs.push_back(args[0]);
+        onResult(callback(std::move(callArgs)), array, i);
     }
 }
 
@@ -39,11 +38,15 @@ Value ArrayPushFunction::invoke(ArgList&& args, const EngineRef&)
         return Value();
     }
     // The target shares its vector with the variable it was read from, so the
-    // script's array grows in place. Copy the source first: it may be the
-    // target itself.
+    // script's array grows in place.
     ValueArray& target = args[0].array();
-    ValueArray source = args[1].array();
-    target.insert(target.end(), std::make_move_iterator(source.begin()), std::make_move_iterator(source.end()));
+    const ValueArray& source = args[1].array();
+    if (&source == &target) {
+        ValueArray twin = source;  // inserting a vector into itself needs a copy first
+        target.insert(target.end(), std::make_move_iterator(twin.begin()), std::make_move_iterator(twin.end()));
+    } else {
+        target.insert(target.end(), source.begin(), source.end());
+    }
     return Value(static_cast<double>(target.size()));
 }
 
@@ -81,7 +84,7 @@ Value ArrayForEachFunction::invoke(ArgList&& args, const EngineRef&)
     if (!checkArgCount(args, 2, "ArrayForEach args size not match")) {
         return Value();
     }
-    walkArray(args, [](Value&&, Value&&) {});
+    walkArray(args, [](Value&&, const ValueArray&, size_t) {});
     return Value();
 }
 
@@ -92,7 +95,7 @@ Value ArrayMapFunction::invoke(ArgList&& args, const EngineRef&)
     }
     ValueArray mapped;
     mapped.reserve(args[0].array().size());
-    walkArray(args, [&mapped](Value&& result, Value&&) { mapped.push_back(std::move(result)); });
+    walkArray(args, [&mapped](Value&& result, const ValueArray&, size_t) { mapped.push_back(std::move(result)); });
     return Value::makeArray(std::move(mapped));
 }
 
@@ -102,10 +105,10 @@ Value ArrayFilterFunction::invoke(ArgList&& args, const EngineRef&)
         return Value();
     }
     ValueArray kept;
-    walkArray(args, [&kept](Value&& result, Value&& element) {
+    walkArray(args, [&kept](Value&& result, const ValueArray& array, size_t i) {
         // Only a real boolean true keeps the element; 1 or "x" do not.
-        if (result.is(Kind::Boolean) && result.boolean()) {
-            kept.push_back(std::move(element));
+        if (result.is(Kind::Boolean) && result.boolean() && i < array.size()) {
+            kept.push_back(array[i]);
         }
     });
     return Value::makeArray(std::move(kept));
