@@ -10,7 +10,15 @@ RuntimeEngine::RuntimeEngine()
 {
 }
 
-RuntimeEngine::~RuntimeEngine() = default;
+RuntimeEngine::~RuntimeEngine()
+{
+    // A callback keeps its defining scope alive, so one stored in that very
+    // scope (a handler's local holding a callback made there) is a cycle.
+    // Nothing can dispatch these handlers any more: empty their scopes.
+    for (auto& entry : eventTable) {
+        entry.second->scope->clear();
+    }
+}
 
 Value RuntimeEngine::invokeFunction(const std::string& name, ArgList&& args)
 {

@@ -341,3 +341,15 @@ TEST(SizeConversion, ToNumbers)
     EXPECT_EQ(engine.convertSizeToNumber(5, 10.0, 50.0, -7.0), 0.0);
     EXPECT_EQ(engine.convertSizeToNumber(6, 10.0, 50.0, -7.0), 0.0);
 }
+
+TEST(Lifetime, CallbacksKeptInTheirOwnScopeAreReleasedWithTheEngine)
+{
+    auto card = std::make_unique<TemplateHarness>(R"({
+        "functions": [{"n": "keep", "a": [], "b": [{"$": 2, "n": "self", "value": {"$": 14, "a": [], "b": []}}]}],
+        "events": [{"n": "e", "a": [], "b": [{"$": 2, "n": "self", "value": {"$": 14, "a": [], "b": []}}]}]})");
+    card->send("e");
+    card->call("keep");
+    std::weak_ptr<ScopeMap> handlerScope = card->engine->eventTable.at("e")->scope;
+    card->release();
+    EXPECT_TRUE(handlerScope.expired());
+}

@@ -14,6 +14,12 @@ CustomFunction::CustomFunction(std::string name, std::vector<std::string> parame
 {
 }
 
+CustomFunction::~CustomFunction()
+{
+    // Break the cycle of a callback stored in the scope it was made in.
+    scope_->clear();
+}
+
 Value CustomFunction::invoke(ArgList&& args, const EngineRef& engine)
 {
     if (args.size() != parameters_.size() && !hasDefaults()) {

@@ -16,6 +16,10 @@ public:
     // null (no defaults).
     CustomFunction(std::string name, std::vector<std::string> parameters, ArrayPtr defaultArgs, StatementList body);
 
+    ~CustomFunction() override;
+    CustomFunction(const CustomFunction&) = delete;
+    CustomFunction& operator=(const CustomFunction&) = delete;
+
     Value invoke(ArgList&& args, const EngineRef& engine) override;
 
     const std::string& name() const { return name_; }
