@@ -54,8 +54,8 @@ void RuntimeEngine::dispatchEvent(const std::string& name, const Value& payload,
 
 void RuntimeEngine::flush()
 {
-    // The render tree's half (the owed layout pass, then each pending node's
-    // queued changes in enlisting order) is added with the render tree.
+    // Script state needs nothing further; all that is owed is the host's.
+    flushRender();
 }
 
 void RuntimeEngine::addObserver(const std::string& name, ObserverPtr callback)

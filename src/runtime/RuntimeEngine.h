@@ -11,12 +11,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "render/RenderNodePtr.h"
 #include "runtime/EventHandler.h"
 #include "runtime/HostHooks.h"
 #include "runtime/LocalScope.h"
@@ -61,10 +63,12 @@ public:
     // does not already have them; it is never changed.
     void dispatchEvent(const std::string& name, const Value& payload, const ObjectPtr& extra = nullptr);
 
-    // Brings the host up to date after a change of script state. The render
-    // half (layout pass and pushing queued node changes) belongs to the
-    // render tree; built-ins call this after every deferred callback.
+    // Brings the host up to date after a change of script state: the owed
+    // layout pass, then every pending node's queued changes. Built-ins call
+    // it after every deferred callback; the instance after every event.
     void flush();
+    // The render tree's half of flush (defined with the render nodes).
+    void flushRender();
 
     // Registers `callback` under a UI-variable name; callbacks are kept in
     // registration order and never removed.
@@ -111,6 +115,11 @@ public:
     std::unordered_map<std::string, MRFunctionPtr> functionTable;
     std::unordered_map<std::string, EventHandlerPtr> eventTable;
     std::unordered_map<std::string, std::shared_ptr<ObserverList>> observers;
+
+    RenderNodePtr rootNode;                // built by the instance's initNode
+    std::list<ViewRenderNode*> pendingNodes;  // queued host changes, in enlisting order; not owned
+    bool needsLayout = false;              // a layout pass is owed before the next push
+    bool layoutApplied = false;            // set by the instance's applyLayout
 
     HostHooks hooks;
     // Video-time points collected by script until it starts them; null until
