@@ -1,0 +1,31 @@
+// ContainerRenderNode: a node with child nodes (flex containers, lists and
+// swipers). It owns its children and hears when one is shown or hidden.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "render/ViewRenderNode.h"
+
+namespace Mero {
+
+class ContainerRenderNode : public ViewRenderNode {
+public:
+    using ViewRenderNode::ViewRenderNode;
+    // Deletes the children, last to first, before the node itself goes.
+    ~ContainerRenderNode() override;
+    ContainerRenderNode(const ContainerRenderNode&) = delete;
+    ContainerRenderNode& operator=(const ContainerRenderNode&) = delete;
+
+    bool isContainer() const override { return true; }
+    // A flattened ("isEmpty") container has no view: its shown children
+    // stand in its place, in child order.
+    std::optional<HostNodeList> collectHostNodes() override;
+
+    // `child`'s "visible" has just changed.
+    virtual void onChildVisibleChanged(ViewRenderNode* child) = 0;
+
+    std::vector<RenderNodePtr> children;
+};
+
+}  // namespace Mero

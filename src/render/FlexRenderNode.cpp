@@ -1,0 +1,132 @@
+#include "render/FlexRenderNode.h"
+
+#include <algorithm>
+#include <array>
+#include <iostream>
+#include <string_view>
+
+#include "render/NodeBinding.h"
+#include "render/RenderNodeFactory.h"
+#include "runtime/NumberConversion.h"
+
+namespace Mero {
+
+namespace {
+
+struct FlexRow {
+    std::string_view key;
+    void (*set)(YGNodeRef, int32_t);
+    double fallback;
+};
+
+// Each number is truncated and passed on as Yoga's own enumeration value.
+// The direction defaults to row, not Yoga's column.
+constexpr std::array<FlexRow, 5> flexRows{{
+    {"flexDirection",
+     [](YGNodeRef node, int32_t value) { YGNodeStyleSetFlexDirection(node, static_cast<YGFlexDirection>(value)); },
+     YGFlexDirectionRow},
+    {"justifyContent",
+     [](YGNodeRef node, int32_t value) { YGNodeStyleSetJustifyContent(node, static_cast<YGJustify>(value)); },
+     YGJustifyFlexStart},
+    {"alignItems", [](YGNodeRef node, int32_t value) { YGNodeStyleSetAlignItems(node, static_cast<YGAlign>(value)); },
+     YGAlignFlexStart},
+    {"alignContent",
+     [](YGNodeRef node, int32_t value) { YGNodeStyleSetAlignContent(node, static_cast<YGAlign>(value)); },
+     YGAlignFlexStart},
+    {"flexWrap", [](YGNodeRef node, int32_t value) { YGNodeStyleSetFlexWrap(node, static_cast<YGWrap>(value)); },
+     YGWrapNoWrap},
+}};
+
+}  // namespace
+
+FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope)
+    : ContainerRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+{
+    if (const Value* list = NodeBinding::propertyOf(element, "children")) {
+        childElements = *list;
+    }
+    for (const FlexRow& row : flexRows) {
+        bindNumber(element, row.key, row.fallback, [this, &row](double number, bool initial) {
+            row.set(yogaNode, truncateToInt32(number));
+            if (!initial) {
+                requestLayout();
+            }
+        });
+    }
+}
+
+void FlexRenderNode::createChildren()
+{
+    const ValueArray& elements = childElements.array();
+    if (!elements.empty()) {
+        children.reserve(elements.size());
+        for (const Value& element : elements) {
+            RenderNodePtr child = createRenderNode(element, this, engine, scope);
+            if (!child) {
+                std::cout << "create render node failed" << std::endl;
+                continue;
+            }
+            children.push_back(std::move(child));
+        }
+        insertShownChildren();
+    }
+    childElements = Value();
+}
+
+void FlexRenderNode::insertShownChildren()
+{
+    std::size_t index = 0;
+    for (const RenderNodePtr& child : children) {
+        if (child->visible && YGNodeGetOwner(child->yogaNode) == nullptr) {
+            YGNodeInsertChild(yogaNode, child->yogaNode, index++);
+        }
+    }
+}
+
+void FlexRenderNode::applyLayout()
+{
+    ViewRenderNode::applyLayout();
+    for (const RenderNodePtr& child : children) {
+        if (child->visible) {
+            child->applyLayout();
+        }
+    }
+}
+
+int32_t FlexRenderNode::shownIndexOf(const ViewRenderNode* child) const
+{
+    int32_t index = 0;
+    for (const RenderNodePtr& sibling : children) {
+        if (sibling.get() == child) {
+            return index;
+        }
+        if (sibling->visible) {
+            ++index;
+        }
+    }
+    return -1;
+}
+
+void FlexRenderNode::onChildVisibleChanged(ViewRenderNode* child)
+{
+    const int32_t index = shownIndexOf(child);
+    if (index < 0) {
+        return;  // still being built: not one of our children yet
+    }
+    queueChildChange(index, child);
+    // Yoga aborts on a second insertion of one node, so the Yoga side is
+    // checked rather than assumed (a script run while the children are
+    // still being built can show one before they are all inserted).
+    YGNodeRef childYoga = child->yogaNode;
+    if (child->visible) {
+        if (YGNodeGetOwner(childYoga) == nullptr) {
+            const std::size_t count = YGNodeGetChildCount(yogaNode);
+            YGNodeInsertChild(yogaNode, childYoga, std::min(static_cast<std::size_t>(index), count));
+        }
+    } else if (YGNodeGetOwner(childYoga) == yogaNode) {
+        YGNodeRemoveChild(yogaNode, childYoga);
+    }
+    requestLayout();
+}
+
+}  // namespace Mero

@@ -1,0 +1,30 @@
+// FlexRenderNode: a flexbox container (type code 3). Its children are laid
+// out by Yoga; hidden children are out of the Yoga tree altogether.
+#pragma once
+
+#include "render/ContainerRenderNode.h"
+
+namespace Mero {
+
+class FlexRenderNode : public ContainerRenderNode {
+public:
+    FlexRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope);
+
+    void createChildren() override;
+    // Its own frame first, then every shown child's, in child order.
+    void applyLayout() override;
+    // Queues the child's index among shown siblings and moves its Yoga node
+    // in or out of this node's Yoga children.
+    void onChildVisibleChanged(ViewRenderNode* child) override;
+
+    // The element's "children", until createChildren has used them.
+    Value childElements;
+
+protected:
+    // The number of shown children before `child`, or -1 if it is not ours.
+    int32_t shownIndexOf(const ViewRenderNode* child) const;
+    // Puts the shown children's Yoga nodes under this node's, from index 0.
+    void insertShownChildren();
+};
+
+}  // namespace Mero

@@ -1,0 +1,55 @@
+#include "render/ForRenderNode.h"
+
+#include "render/NodeBinding.h"
+#include "render/RenderNodeFactory.h"
+
+namespace Mero {
+
+ForRenderNode::ForRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope)
+    : FlexRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+{
+    if (const Value* source = NodeBinding::propertyOf(element, "list")) {
+        Value items = NodeBinding::isScalar(*source) ? *source : createRuntimeObject(*source)->value(this->scope, this->engine);
+        list = items.arrayPtr();
+    }
+    if (const Value* name = NodeBinding::propertyOf(element, "index")) {
+        indexName = name->string();
+    }
+    if (const Value* name = NodeBinding::propertyOf(element, "item")) {
+        itemName = name->string();
+    }
+    const ValueArray& templates = childElements.array();
+    if (!templates.empty()) {
+        itemTemplate = templates.front();
+    }
+    childElements = Value();
+}
+
+RenderNodePtr ForRenderNode::buildItem(std::size_t index)
+{
+    LocalScope itemScope = scope ? std::make_shared<ScopeMap>(*scope) : makeLocalScope();
+    (*itemScope)[indexName] = Value(static_cast<double>(index));
+    (*itemScope)[itemName] = (*list)[index];
+    return createRenderNode(itemTemplate, this, engine, itemScope);
+}
+
+void ForRenderNode::buildItems()
+{
+    if (!list || list->empty()) {
+        return;
+    }
+    children.reserve(list->size());
+    for (std::size_t i = 0; i < list->size(); ++i) {
+        if (RenderNodePtr item = buildItem(i)) {
+            children.push_back(std::move(item));
+        }
+    }
+}
+
+void ForRenderNode::createChildren()
+{
+    buildItems();
+    insertShownChildren();
+}
+
+}  // namespace Mero

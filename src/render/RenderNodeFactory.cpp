@@ -1,0 +1,64 @@
+#include "render/RenderNodeFactory.h"
+
+#include <iostream>
+
+#include "render/BlurRenderNode.h"
+#include "render/CustomRenderNode.h"
+#include "render/FlexRenderNode.h"
+#include "render/ForRenderNode.h"
+#include "render/ImageRenderNode.h"
+#include "render/ProgressRenderNode.h"
+#include "render/RatingRenderNode.h"
+#include "render/SwiperRenderNode.h"
+#include "render/TextRenderNode.h"
+#include "render/VideoRenderNode.h"
+#include "runtime/NumberConversion.h"
+
+namespace Mero {
+
+namespace {
+
+template <typename Node>
+RenderNodePtr make(const Value& element, ContainerRenderNode* parent, const EngineRef& engine,
+                   const LocalScope& scope)
+{
+    return RenderNodePtr(new Node(element, parent, engine, scope));
+}
+
+RenderNodePtr constructNode(const Value& element, ContainerRenderNode* parent, const EngineRef& engine,
+                            const LocalScope& scope)
+{
+    auto found = element.object().find("$");
+    const double code = found == element.object().end() ? 0.0 : found->second.number();
+    switch (static_cast<ElementType>(truncateToUint32(code))) {
+    case ElementType::View: return make<ViewRenderNode>(element, parent, engine, scope);
+    case ElementType::For: return make<ForRenderNode>(element, parent, engine, scope);
+    case ElementType::Flex: return make<FlexRenderNode>(element, parent, engine, scope);
+    case ElementType::Text: return make<TextRenderNode>(element, parent, engine, scope);
+    case ElementType::Image: return make<ImageRenderNode>(element, parent, engine, scope);
+    case ElementType::Progress: return make<ProgressRenderNode>(element, parent, engine, scope);
+    case ElementType::Rating: return make<RatingRenderNode>(element, parent, engine, scope);
+    case ElementType::Swiper: return make<SwiperRenderNode>(element, parent, engine, scope);
+    case ElementType::Custom: return make<CustomRenderNode>(element, parent, engine, scope);
+    case ElementType::Video: return make<VideoRenderNode>(element, parent, engine, scope);
+    case ElementType::Blur: return make<BlurRenderNode>(element, parent, engine, scope);
+    }
+    // 1, and 12 and above: a plain view stands in (and builds no children).
+    std::cout << "render node type error" << std::endl;
+    return make<ViewRenderNode>(element, parent, engine, scope);
+}
+
+}  // namespace
+
+RenderNodePtr createRenderNode(const Value& element, ContainerRenderNode* parent, const EngineRef& engine,
+                               const LocalScope& scope)
+{
+    if (!element.is(Kind::Object)) {
+        return nullptr;
+    }
+    RenderNodePtr node = constructNode(element, parent, engine, scope);
+    node->createChildren();
+    return node;
+}
+
+}  // namespace Mero

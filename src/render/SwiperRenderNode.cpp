@@ -1,0 +1,77 @@
+#include "render/SwiperRenderNode.h"
+
+#include <vector>
+
+#include "render/NodeBinding.h"
+
+namespace Mero {
+
+namespace {
+
+// Lays every page out at the offered size, as a side effect of measuring the
+// page area, and takes that size as it is.
+YGSize layOutPages(YGNodeConstRef pageNode, float width, YGMeasureMode /*widthMode*/, float height,
+                   YGMeasureMode /*heightMode*/)
+{
+    auto* swiper = static_cast<SwiperRenderNode*>(YGNodeGetContext(pageNode));
+    std::vector<YGNodeRef> pages;
+    pages.reserve(swiper->children.size());
+    for (const RenderNodePtr& page : swiper->children) {
+        pages.push_back(page->yogaNode);
+    }
+    for (YGNodeRef page : pages) {
+        YGNodeCalculateLayout(page, width, height, YGDirectionLTR);
+    }
+    return YGSize{width, height};
+}
+
+// A page is a Yoga root, so a change inside it stops there; marking the page
+// area dirty carries it up to the card's root, whose next layout then lays
+// the pages out again.
+void pageDirtied(YGNodeConstRef page)
+{
+    auto* node = static_cast<ViewRenderNode*>(YGNodeGetContext(page));
+    YGNodeMarkDirty(static_cast<SwiperRenderNode*>(node->parent)->pageYogaNode);
+}
+
+}  // namespace
+
+SwiperRenderNode::SwiperRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+                                   LocalScope localScope)
+    : ForRenderNode(element, parentNode, std::move(engineRef), std::move(localScope)), pageYogaNode(YGNodeNew())
+{
+    YGNodeSetContext(pageYogaNode, this);
+    YGNodeSetMeasureFunc(pageYogaNode, layOutPages);
+    YGNodeInsertChild(yogaNode, pageYogaNode, 0);
+    if (const Value* handler = NodeBinding::propertyOf(element, "onSwiperChange")) {
+        onSwiperChange = *handler;
+    }
+    bindLeafProperties(element, propertyTable, values);
+}
+
+SwiperRenderNode::~SwiperRenderNode()
+{
+    for (const RenderNodePtr& page : children) {
+        YGNodeSetDirtiedFunc(page->yogaNode, nullptr);
+    }
+    YGNodeFree(pageYogaNode);
+}
+
+void SwiperRenderNode::createChildren()
+{
+    buildItems();
+    for (const RenderNodePtr& page : children) {
+        YGNodeSetDirtiedFunc(page->yogaNode, pageDirtied);
+    }
+}
+
+void SwiperRenderNode::onChildVisibleChanged(ViewRenderNode* child)
+{
+    const int32_t index = shownIndexOf(child);
+    if (index >= 0) {
+        queueChildChange(index, child);
+        requestLayout();
+    }
+}
+
+}  // namespace Mero

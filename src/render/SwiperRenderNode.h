@@ -1,0 +1,49 @@
+// SwiperRenderNode: a carousel (type code 8), a repeated list whose items are
+// pages. Its Yoga tree holds one page-sized node whose measure function lays
+// every page out as a Yoga root of its own at the size offered to it.
+#pragma once
+
+#include <array>
+
+#include "render/ForRenderNode.h"
+#include "render/LeafProperty.h"
+#include "render/PropertyIds.h"
+
+namespace Mero {
+
+class SwiperRenderNode : public ForRenderNode {
+public:
+    enum Slot : std::size_t { Duration, Interval, Autoplay, Circular, Direction, Touchable, SlotCount };
+    static constexpr std::array<LeafProperty, SlotCount> propertyTable{{
+        leafNumber("duration", PropertyId::SwiperDuration),
+        leafNumber("interval", PropertyId::SwiperInterval),
+        leafBool("autoplay", PropertyId::Autoplay),
+        leafBool("circular", PropertyId::Circular),
+        leafNumber("swiperDirection", PropertyId::SwiperDirection),
+        leafBool("touchable", PropertyId::Touchable),
+    }};
+
+    SwiperRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope);
+    ~SwiperRenderNode() override;
+    SwiperRenderNode(const SwiperRenderNode&) = delete;
+    SwiperRenderNode& operator=(const SwiperRenderNode&) = delete;
+
+    // Builds the pages; they stay out of the swiper's Yoga tree.
+    void createChildren() override;
+    // Pages are Yoga roots of their own: a shown or hidden page is reported
+    // to the host but never enters the swiper's Yoga tree.
+    void onChildVisibleChanged(ViewRenderNode* child) override;
+
+    double duration() const { return values[Duration].number(); }
+    double interval() const { return values[Interval].number(); }
+    bool autoplay() const { return values[Autoplay].boolean(); }
+    bool circular() const { return values[Circular].boolean(); }
+    double swiperDirection() const { return values[Direction].number(); }
+    bool touchable() const { return values[Touchable].boolean(); }
+
+    YGNodeRef pageYogaNode = nullptr;
+    Value onSwiperChange;  // the handler name, unevaluated
+    std::array<Value, SlotCount> values;
+};
+
+}  // namespace Mero

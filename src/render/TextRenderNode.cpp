@@ -1,0 +1,50 @@
+#include "render/TextRenderNode.h"
+
+#include "runtime/NumberConversion.h"
+#include "runtime/RuntimeEngine.h"
+
+namespace Mero {
+
+namespace {
+
+// Asks the host; without an engine or a host measure hook the text has no size.
+YGSize measureText(YGNodeConstRef yogaNode, float width, YGMeasureMode widthMode, float height,
+                   YGMeasureMode heightMode)
+{
+    const auto* node = static_cast<const TextRenderNode*>(YGNodeGetContext(yogaNode));
+    std::shared_ptr<RuntimeEngine> runtime = node->engine.lock();
+    if (!runtime || !runtime->hooks.measureText) {
+        return YGSize{0.0F, 0.0F};
+    }
+    const auto [measuredWidth, measuredHeight] =
+        runtime->hooks.measureText(node->measureRequest(width, widthMode, height, heightMode));
+    return YGSize{static_cast<float>(measuredWidth), static_cast<float>(measuredHeight)};
+}
+
+}  // namespace
+
+TextRenderNode::TextRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope)
+    : ViewRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+{
+    YGNodeSetMeasureFunc(yogaNode, measureText);
+    bindLeafProperties(element, propertyTable, values);
+}
+
+TextContent TextRenderNode::measureRequest(float width, YGMeasureMode widthMode, float height,
+                                           YGMeasureMode heightMode) const
+{
+    TextContent content;
+    content.width = width;
+    content.height = height;
+    content.widthMode = static_cast<int32_t>(widthMode);
+    content.heightMode = static_cast<int32_t>(heightMode);
+    content.text = &text();
+    content.fontSize = fontSize();
+    content.lineHeight = lineHeight();
+    content.textInterval = textInterval();
+    content.maxLines = truncateToInt32(maxLines());
+    content.fontWeight = truncateToInt32(fontWeight());
+    return content;
+}
+
+}  // namespace Mero

@@ -1,0 +1,273 @@
+#include "render/ViewRenderNode.h"
+
+#include <array>
+#include <string>
+
+#include "render/ContainerRenderNode.h"
+#include "render/NodeBinding.h"
+#include "render/PropertyIds.h"
+#include "runtime/NumberConversion.h"
+#include "runtime/RuntimeEngine.h"
+
+namespace Mero {
+
+void RenderNodeDeleter::operator()(ViewRenderNode* node) const noexcept
+{
+    delete node;
+}
+
+namespace {
+
+const Value& memberOf(const Value& element, const std::string& key)
+{
+    static const Value absent;
+    const ValueObject& members = element.object();
+    auto found = members.find(key);
+    return found == members.end() ? absent : found->second;
+}
+
+// Items of a list are told apart by their numeric locals: "id#0", and
+// "id#1#0" for an item of an item.
+std::string scopedNodeId(const Value& element, const LocalScope& scope)
+{
+    std::string id = memberOf(element, "nodeId").string();
+    if (scope) {
+        for (const auto& [name, local] : *scope) {
+            if (local.is(Kind::Number)) {
+                id += '#';
+                id += std::to_string(truncateToInt32(local.number()));
+            }
+        }
+    }
+    return id;
+}
+
+// Padding ids run left, top, right, bottom; border ids left, right, top,
+// bottom. Both are read in the edge order left, top, right, bottom.
+struct EdgeResult {
+    YGEdge edge;
+    double LayoutCache::* cached;
+    uint32_t propertyId;
+};
+
+constexpr std::array<EdgeResult, 4> paddingResults{{
+    {YGEdgeLeft, &LayoutCache::paddingLeft, PropertyId::PaddingLeft},
+    {YGEdgeTop, &LayoutCache::paddingTop, PropertyId::PaddingTop},
+    {YGEdgeRight, &LayoutCache::paddingRight, PropertyId::PaddingRight},
+    {YGEdgeBottom, &LayoutCache::paddingBottom, PropertyId::PaddingBottom},
+}};
+
+constexpr std::array<EdgeResult, 4> borderResults{{
+    {YGEdgeLeft, &LayoutCache::borderLeft, PropertyId::BorderLeft},
+    {YGEdgeTop, &LayoutCache::borderTop, PropertyId::BorderTop},
+    {YGEdgeRight, &LayoutCache::borderRight, PropertyId::BorderRight},
+    {YGEdgeBottom, &LayoutCache::borderBottom, PropertyId::BorderBottom},
+}};
+
+}  // namespace
+
+ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+                               LocalScope localScope)
+    : nodeId(scopedNodeId(element, localScope)),
+      type(truncateToUint32(memberOf(element, "$").number())),
+      parent(parentNode),
+      engine(std::move(engineRef)),
+      scope(std::move(localScope)),
+      yogaNode(YGNodeNew()),
+      lifeToken_(std::make_shared<const bool>(true))
+{
+    YGNodeSetContext(yogaNode, this);
+    onClick = memberOf(element, "onClick").string();
+    isEmpty = memberOf(element, "isEmpty").boolean();
+    readTransitions(element);
+    if (const Value* animation = NodeBinding::propertyOf(element, "loopAnimation")) {
+        loopAnimation = NodeBinding::isScalar(*animation) ? *animation
+                                                          : createRuntimeObject(*animation)->value(scope, engine);
+    }
+    bindBool(element, "visible", true, [this](bool shown, bool) { setVisible(shown); });
+    bindCommonProperties(element);
+}
+
+ViewRenderNode::~ViewRenderNode()
+{
+    YGNodeFree(yogaNode);
+    // A node that goes between two flushes must not stay on the engine's list.
+    if (queued) {
+        if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
+            runtime->pendingNodes.remove(this);
+        }
+    }
+}
+
+void ViewRenderNode::readTransitions(const Value& element)
+{
+    const Value& transition = memberOf(element, "transition");
+    if (!transition.is(Kind::Object)) {
+        return;
+    }
+    for (const auto& [key, entry] : transition.object()) {
+        Transition record{truncateToUint32(memberOf(entry, "timing").number()), memberOf(entry, "duration").number(),
+                          memberOf(entry, "delay").number()};
+        if (key == "all") {
+            allTransition = record;
+        } else {
+            transitions.try_emplace(key, record);
+        }
+    }
+}
+
+const Transition* ViewRenderNode::transitionFor(std::string_view key) const
+{
+    auto found = transitions.find(std::string(key));
+    if (found != transitions.end()) {
+        return &found->second;
+    }
+    return allTransition ? &*allTransition : nullptr;
+}
+
+bool ViewRenderNode::markPending()
+{
+    if (isEmpty || !visible) {
+        return false;
+    }
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        return false;
+    }
+    if (!queued) {
+        runtime->pendingNodes.push_back(this);
+        queued = true;
+    }
+    return true;
+}
+
+void ViewRenderNode::queuePropertyUpdate(uint32_t propertyId, Value value)
+{
+    if (markPending()) {
+        propertyUpdates.push_back({propertyId, std::move(value)});
+    }
+}
+
+void ViewRenderNode::queueAnimatedUpdate(uint32_t propertyId, Value value, const Transition& transition)
+{
+    if (markPending()) {
+        animatedUpdates.push_back({propertyId, std::move(value), transition});
+    }
+}
+
+void ViewRenderNode::queueChildChange(int32_t index, ViewRenderNode* child)
+{
+    if (markPending()) {
+        childChanges.push_back({index, child});
+    }
+}
+
+void ViewRenderNode::setVisible(bool shown)
+{
+    if (shown == visible) {
+        return;
+    }
+    visible = shown;
+    if (parent != nullptr) {
+        parent->onChildVisibleChanged(this);
+        return;
+    }
+    // markPending runs after the new value is stored, so only a root that
+    // has just been shown gets through.
+    queueChildChange(-1, this);
+}
+
+void ViewRenderNode::requestLayout() const
+{
+    if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
+        runtime->needsLayout = true;
+    }
+}
+
+std::optional<HostNodeList> ViewRenderNode::collectHostNodes()
+{
+    if (!visible || isEmpty) {
+        return std::nullopt;
+    }
+    return HostNodeList{this};
+}
+
+void ViewRenderNode::applyLayout()
+{
+    applyFrameSize(YGNodeLayoutGetWidth(yogaNode), layout.width, "width", PropertyId::Width);
+    applyFrameSize(YGNodeLayoutGetHeight(yogaNode), layout.height, "height", PropertyId::Height);
+
+    double x = YGNodeLayoutGetLeft(yogaNode);
+    double y = YGNodeLayoutGetTop(yogaNode);
+    // A flattened container has no view of its own: its offset moves into
+    // its children's frames.
+    if (parent != nullptr && parent->isEmpty) {
+        x += parent->layout.x;
+        y += parent->layout.y;
+    }
+    applyOrigin(x, layout.x, "x", PropertyId::X);
+    applyOrigin(y, layout.y, "y", PropertyId::Y);
+
+    for (const EdgeResult& padding : paddingResults) {
+        const double value = YGNodeLayoutGetPadding(yogaNode, padding.edge);
+        if (value != layout.*padding.cached) {
+            layout.*padding.cached = value;
+            queuePropertyUpdate(padding.propertyId, value);
+        }
+    }
+    for (const EdgeResult& border : borderResults) {
+        const double value = YGNodeLayoutGetBorder(yogaNode, border.edge);
+        if (value != layout.*border.cached) {
+            layout.*border.cached = value;
+            queuePropertyUpdate(border.propertyId, value);
+        }
+    }
+}
+
+void ViewRenderNode::queueLayoutValue(uint32_t propertyId, double value, const Transition* transition)
+{
+    if (transition != nullptr) {
+        queueAnimatedUpdate(propertyId, value, *transition);
+    } else {
+        queuePropertyUpdate(propertyId, value);
+    }
+}
+
+void ViewRenderNode::applyFrameSize(double value, double& cached, std::string_view key, uint32_t propertyId)
+{
+    if (value == cached) {
+        return;
+    }
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        return;
+    }
+    cached = value;
+    // The engine's render switch is its layoutApplied flag: before the
+    // instance has laid the card out once, sizes only fill the cache the
+    // host view is created from.
+    if (!runtime->layoutApplied) {
+        return;
+    }
+    queueLayoutValue(propertyId, value, component != nullptr ? transitionFor(key) : nullptr);
+}
+
+void ViewRenderNode::applyOrigin(double value, double& cached, std::string_view key, uint32_t propertyId)
+{
+    if (value == cached) {
+        return;
+    }
+    cached = value;
+    // Only a transition under the key itself animates a move: "all" does
+    // not apply to x and y, on purpose.
+    const Transition* transition = nullptr;
+    if (component != nullptr) {
+        auto found = transitions.find(std::string(key));
+        if (found != transitions.end()) {
+            transition = &found->second;
+        }
+    }
+    queueLayoutValue(propertyId, value, transition);
+}
+
+}  // namespace Mero

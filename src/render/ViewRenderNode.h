@@ -1,0 +1,186 @@
+// ViewRenderNode: one element of the card, and the base of every node kind.
+//
+// A node owns one Yoga node, binds each of its template properties to a
+// script expression, keeps the style and layout values its host view needs,
+// and queues the changes that must reach that view. The engine's flush sends
+// the queues through the node's Component. Fields are public: the host bridge
+// marshals them when it creates the node's view.
+#pragma once
+
+#include <yoga/Yoga.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "render/LeafProperty.h"
+#include "render/RenderNodePtr.h"
+#include "render/RenderRecords.h"
+#include "runtime/LocalScope.h"
+#include "runtime/RuntimeObject.h"
+#include "value/Value.h"
+
+namespace Mero {
+
+class Component;
+class ContainerRenderNode;
+class RuntimeEngine;
+
+// The nodes that stand for one node among its parent's host children.
+using HostNodeList = std::vector<ViewRenderNode*>;
+
+// The layout values last sent to the host (all 0 until the first layout).
+struct LayoutCache {
+    double x = 0.0;
+    double y = 0.0;
+    double width = 0.0;
+    double height = 0.0;
+    double paddingLeft = 0.0;
+    double paddingRight = 0.0;
+    double paddingTop = 0.0;
+    double paddingBottom = 0.0;
+    double borderLeft = 0.0;
+    double borderRight = 0.0;
+    double borderTop = 0.0;
+    double borderBottom = 0.0;
+};
+
+struct GradientStop {
+    std::string color;
+    double location = 0.0;
+};
+
+// "backgroundGradient", read once from the element's literal. The host's
+// gradient description has room for five stops, so no more are kept.
+struct Gradient {
+    static constexpr std::size_t maxStops = 5;
+    double angle = 0.0;
+    std::vector<GradientStop> stops;
+};
+
+// The style values last set by bindings; what a new host view starts from.
+struct StyleCache {
+    std::string backgroundColor;
+    std::string borderColor;
+    double opacity = 0.0;
+    double scaleX = 0.0;
+    double scaleY = 0.0;
+    double anchorPointX = 0.0;
+    double anchorPointY = 0.0;
+    double rotationX = 0.0;
+    double rotationY = 0.0;
+    double rotationZ = 0.0;
+    double translateX = 0.0;
+    double translateY = 0.0;
+    double cornerLeftTop = 0.0;
+    double cornerRightTop = 0.0;
+    double cornerRightBottom = 0.0;
+    double cornerLeftBottom = 0.0;
+    Gradient gradient;
+};
+
+class ViewRenderNode {
+public:
+    // `element` is the template element (an object), `parent` null for the
+    // root, `scope` the locals the node's expressions see (may be empty).
+    ViewRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope);
+    virtual ~ViewRenderNode();
+    ViewRenderNode(const ViewRenderNode&) = delete;
+    ViewRenderNode& operator=(const ViewRenderNode&) = delete;
+
+    // Builds the child nodes from the element's "children"; leaves build none.
+    virtual void createChildren() {}
+    // Reads Yoga's results and queues what changed for the host.
+    virtual void applyLayout();
+    virtual bool isContainer() const { return false; }
+    // Absent when the node is hidden; the node itself when it has a view of
+    // its own; a flattened container hands up its children's lists instead.
+    virtual std::optional<HostNodeList> collectHostNodes();
+
+    // Whether this node may queue now (shown, not flattened, engine alive);
+    // enlists it once in the engine's pending list.
+    bool markPending();
+    void queuePropertyUpdate(uint32_t propertyId, Value value);
+    void queueAnimatedUpdate(uint32_t propertyId, Value value, const Transition& transition);
+    void queueChildChange(int32_t index, ViewRenderNode* child);
+
+    // The "visible" setter: a child tells its parent, the root queues -1.
+    void setVisible(bool shown);
+
+    // The transition of an animatable property: the entry under `key`, else
+    // the "all" entry; null when neither exists.
+    const Transition* transitionFor(std::string_view key) const;
+
+    std::string nodeId;
+    uint32_t type = 0;
+    ContainerRenderNode* parent = nullptr;
+    Component* component = nullptr;  // not owned; set by the host bridge
+    EngineRef engine;
+    LocalScope scope;
+    LayoutCache layout;
+    StyleCache style;
+    bool visible = true;
+    bool hasComponent = false;
+    bool isEmpty = false;
+    YGNodeRef yogaNode = nullptr;
+    std::unordered_map<std::string, Transition> transitions;
+    std::optional<Transition> allTransition;
+    Value loopAnimation;
+    std::string onClick;
+    std::vector<ChildChange> childChanges;
+    std::vector<PropertyUpdate> propertyUpdates;
+    std::vector<AnimatedUpdate> animatedUpdates;
+    bool queued = false;
+
+protected:
+    // Binders. Each reads element[key] and calls apply(converted, initial):
+    // once now with initial = true, then with initial = false after every
+    // change of a UI variable the expression reads, for as long as this node
+    // lives (observers are never removed, so a binding can outlive its node;
+    // it then does nothing). A missing or null member, or a gone engine,
+    // gives `fallback` once. Constant expressions are evaluated in place and
+    // bind nothing. Defined in render/NodeBinding.h.
+    template <typename Apply>
+    void bindBool(const Value& element, std::string_view key, bool fallback, Apply apply);
+    template <typename Apply>
+    void bindNumber(const Value& element, std::string_view key, double fallback, Apply apply);
+    // A constant of another kind than `fallback` gives `fallback`; a dynamic
+    // expression's results pass unchanged.
+    template <typename Apply>
+    void bindValue(const Value& element, std::string_view key, const Value& fallback, Apply apply);
+    // A size as a number (corner radii, font sizes), base and fallback 0.
+    template <typename Apply>
+    void bindSize(const Value& element, std::string_view key, Apply apply);
+    // A size as a Yoga value; a missing member calls nothing.
+    template <typename Apply>
+    void bindYogaSize(const Value& element, std::string_view key, Apply apply);
+
+    // A bound change that affects layout: the next flush lays out again.
+    void requestLayout() const;
+
+    // The common style and layout properties, in their table order.
+    void bindCommonProperties(const Value& element);
+    // A node kind's own properties: row i of `table` is kept in values[i].
+    void bindLeafProperties(const Value& element, std::span<const LeafProperty> table, std::span<Value> values);
+
+private:
+    template <typename Arg, typename Apply>
+    std::shared_ptr<std::function<void(Arg)>> guardedSetter(Apply apply);
+
+    void readTransitions(const Value& element);
+    void queueLayoutValue(uint32_t propertyId, double value, const Transition* transition);
+    void applyFrameSize(double value, double& cached, std::string_view key, uint32_t propertyId);
+    void applyOrigin(double value, double& cached, std::string_view key, uint32_t propertyId);
+
+    // Bindings hold this weakly: expired means the node is gone.
+    std::shared_ptr<const bool> lifeToken_;
+};
+
+}  // namespace Mero

@@ -1,0 +1,89 @@
+// The engine's flush: the owed layout first, then each pending node's
+// children, properties and animations, in the order the nodes first queued.
+#include <gtest/gtest.h>
+
+#include "render/RenderCard.h"
+
+using MeroTest::Calls;
+using MeroTest::RenderCard;
+
+namespace {
+
+constexpr const char* twoNodes = R"({"variables": {"v": 1, "showA": true}, "elements": {
+    "$": 3, "nodeId": "root", "children": [
+    {"$": 0, "nodeId": "a", "visible": {"$": 3, "n": "showA"}, "opacity": {"$": 3, "n": "v"},
+     "scaleX": {"$": 3, "n": "v"}, "transition": {"transform": {"timing": 1, "duration": 10}}},
+    {"$": 0, "nodeId": "b", "opacity": {"$": 3, "n": "v"}}]}})";
+
+}  // namespace
+
+TEST(EngineFlush, SendsChildrenThenPropertiesThenAnimationsInEnlistingOrder)
+{
+    RenderCard card(twoNodes);
+    card.start();
+    card.set("v", "0.5");
+    card.set("showA", "false");
+    card.set("showA", "true");
+    EXPECT_EQ(card.flush(), (Calls{"a set 8=0.5", "a animate 9=0.5@1/10/0", "b set 8=0.5",
+                                   "root children 0:a 0:a"}));
+    EXPECT_TRUE(card.engine->pendingNodes.empty());
+    EXPECT_FALSE(card.find("a")->queued);
+    EXPECT_TRUE(card.find("a")->animatedUpdates.empty());
+    EXPECT_EQ(card.flush(), Calls{});
+}
+
+TEST(EngineFlush, ANodeWithoutAComponentSendsAndKeepsNothing)
+{
+    RenderCard card(twoNodes);
+    card.build();
+    card.set("v", "0.5");
+    ASSERT_EQ(card.engine->pendingNodes.size(), 2U);
+    EXPECT_EQ(card.flush(), Calls{});
+    EXPECT_TRUE(card.find("a")->propertyUpdates.empty());
+    EXPECT_TRUE(card.engine->pendingNodes.empty());
+
+    card.attachComponents();
+    card.set("v", "0.25");
+    EXPECT_EQ(card.flush(), (Calls{"a set 8=0.25", "a animate 9=0.25@1/10/0", "b set 8=0.25"}));
+}
+
+TEST(EngineFlush, AnOwedLayoutRunsFirstAndIsPushedOnlyOnceTheRootIsShown)
+{
+    RenderCard card(R"({"elements": {"$": 3, "nodeId": "root", "children": [
+        {"$": 0, "nodeId": "a", "width": {"sizeType": 1, "value": 10}}]}})");
+    card.build();
+    card.engine->needsLayout = true;
+    card.engine->flush();
+    EXPECT_FALSE(card.engine->needsLayout);
+    EXPECT_EQ(YGNodeLayoutGetWidth(card.find("a")->yogaNode), 10.0F);
+    EXPECT_EQ(card.find("a")->layout.width, 0.0);  // root not shown: nothing read
+
+    card.attachComponents();
+    card.engine->containerWidth = 500.0F;
+    card.engine->needsLayout = true;
+    EXPECT_EQ(card.flush(), (Calls{"root set 0=500 1=1334", "a set 0=10"}));
+}
+
+TEST(EngineFlush, WithoutARootAnOwedLayoutIsJustCleared)
+{
+    RenderCard card(R"({"elements": 5})");
+    EXPECT_EQ(card.engine->rootNode, nullptr);
+    card.engine->rootNode = Mero::createRenderNode(card.engine->elements, nullptr, card.engine, nullptr);
+    EXPECT_EQ(card.engine->rootNode, nullptr);
+    card.engine->needsLayout = true;
+    card.engine->flush();
+    EXPECT_FALSE(card.engine->needsLayout);
+}
+
+TEST(EngineFlush, AGoneEngineLeavesBindingsQuiet)
+{
+    RenderCard card(twoNodes);
+    card.start();
+    Mero::RenderNodePtr root = std::move(card.engine->rootNode);
+    std::weak_ptr<Mero::RuntimeEngine> weak = card.engine;
+    card.release();
+    EXPECT_TRUE(weak.expired());
+    EXPECT_FALSE(root->markPending());
+    root->applyLayout();
+    EXPECT_TRUE(root->propertyUpdates.empty());
+}
