@@ -4,8 +4,10 @@
 // variable are updated in binding order).
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string_view>
+#include <unordered_map>
 
 #include "render/NodeBinding.h"
 #include "render/PropertyIds.h"
@@ -216,14 +218,51 @@ Gradient readGradient(const Value& element)
     return gradient;
 }
 
+// An element names a handful of the forty-odd common keys. One pass over its
+// members marks the rows it names (bit i: layout row i, then the style rows),
+// so the rows it leaves out take their defaults without a lookup each.
+constexpr std::size_t styleBitBase = layoutRows.size();
+static_assert(layoutRows.size() + styleRows.size() <= 64);
+
+uint64_t namedRows(const Value& element)
+{
+    static const std::unordered_map<std::string_view, uint64_t> rowBits = [] {
+        std::unordered_map<std::string_view, uint64_t> bits;
+        for (std::size_t i = 0; i < layoutRows.size(); ++i) {
+            if (!layoutRows[i].key.empty()) {
+                bits.emplace(layoutRows[i].key, uint64_t{1} << i);
+            }
+        }
+        for (std::size_t i = 0; i < styleRows.size(); ++i) {
+            bits.emplace(styleRows[i].key, uint64_t{1} << (styleBitBase + i));
+        }
+        return bits;
+    }();
+    uint64_t named = 0;
+    for (const auto& [key, value] : element.object()) {
+        auto found = rowBits.find(key);
+        if (found != rowBits.end()) {
+            named |= found->second;
+        }
+    }
+    return named;
+}
+
 }  // namespace
 
 void ViewRenderNode::bindCommonProperties(const Value& element)
 {
-    for (const LayoutRow& row : layoutRows) {
+    static const Value unnamed;
+    const uint64_t named = namedRows(element);
+    auto source = [&](std::size_t bit) -> const Value& {
+        return (named & (uint64_t{1} << bit)) != 0 ? element : unnamed;
+    };
+
+    for (std::size_t i = 0; i < layoutRows.size(); ++i) {
+        const LayoutRow& row = layoutRows[i];
         switch (row.kind) {
         case LayoutKind::Size:
-            bindYogaSize(element, row.key, [this, &row](YGValue size, bool initial) {
+            bindYogaSize(source(i), row.key, [this, &row](YGValue size, bool initial) {
                 applySize(row, yogaNode, size);
                 if (!initial) {
                     requestLayout();
@@ -231,7 +270,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
             });
             break;
         case LayoutKind::Number:
-            bindNumber(element, row.key, 0.0, [this, &row](double number, bool initial) {
+            bindNumber(source(i), row.key, 0.0, [this, &row](double number, bool initial) {
                 row.number(yogaNode, number);
                 if (!initial) {
                     requestLayout();
@@ -244,7 +283,9 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
         }
     }
 
-    for (const StyleRow& row : styleRows) {
+    for (std::size_t i = 0; i < styleRows.size(); ++i) {
+        const StyleRow& row = styleRows[i];
+        const Value& properties = source(styleBitBase + i);
         // The plain-or-animated choice is made once, here.
         std::optional<Transition> transition;
         if (!row.transitionKey.empty()) {
@@ -262,7 +303,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
         // The first value is only cached: the host view is created from it.
         switch (row.kind) {
         case StyleKind::Corner:
-            bindSize(element, row.key, [this, &row, queue](double number, bool initial) {
+            bindSize(properties, row.key, [this, &row, queue](double number, bool initial) {
                 style.*row.number = number;
                 if (!initial) {
                     queue(number);
@@ -270,7 +311,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
             });
             break;
         case StyleKind::Number:
-            bindNumber(element, row.key, row.numberDefault, [this, &row, queue](double number, bool initial) {
+            bindNumber(properties, row.key, row.numberDefault, [this, &row, queue](double number, bool initial) {
                 style.*row.number = number;
                 if (!initial) {
                     queue(number);
@@ -278,7 +319,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
             });
             break;
         case StyleKind::Colour:
-            bindValue(element, row.key, Value(row.colourDefault), [this, &row, queue](Value colour, bool initial) {
+            bindValue(properties, row.key, Value(row.colourDefault), [this, &row, queue](Value colour, bool initial) {
                 style.*row.colour = colour.string();
                 if (!initial) {
                     queue(std::move(colour));

@@ -91,10 +91,11 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
 ViewRenderNode::~ViewRenderNode()
 {
     YGNodeFree(yogaNode);
-    // A node that goes between two flushes must not stay on the engine's list.
+    // A node that goes between two flushes must not stay on the engine's list
+    // (a whole tree may go at once, hence the stored position).
     if (queued) {
         if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
-            runtime->pendingNodes.remove(this);
+            runtime->pendingNodes.erase(pendingEntry_);
         }
     }
 }
@@ -135,7 +136,7 @@ bool ViewRenderNode::markPending()
         return false;
     }
     if (!queued) {
-        runtime->pendingNodes.push_back(this);
+        pendingEntry_ = runtime->pendingNodes.insert(runtime->pendingNodes.end(), this);
         queued = true;
     }
     return true;

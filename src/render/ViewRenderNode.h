@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <memory>
 #include <optional>
 #include <span>
@@ -137,6 +138,8 @@ public:
     std::vector<ChildChange> childChanges;
     std::vector<PropertyUpdate> propertyUpdates;
     std::vector<AnimatedUpdate> animatedUpdates;
+    // On the engine's pending list. Only markPending sets it and only the
+    // engine's flush clears it (when it takes the node off the list).
     bool queued = false;
 
 protected:
@@ -179,6 +182,8 @@ private:
     void applyFrameSize(double value, double& cached, std::string_view key, uint32_t propertyId);
     void applyOrigin(double value, double& cached, std::string_view key, uint32_t propertyId);
 
+    // Where this node sits in the engine's pending list while `queued` is set.
+    std::list<ViewRenderNode*>::iterator pendingEntry_;
     // Bindings hold this weakly: expired means the node is gone.
     std::shared_ptr<const bool> lifeToken_;
 };
