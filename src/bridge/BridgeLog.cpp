@@ -13,4 +13,9 @@ void logBridge(const char* text)
     }
 }
 
+void logBridge(const std::string& text)
+{
+    logBridge(text.c_str());
+}
+
 }  // namespace Mero

@@ -1,6 +1,8 @@
 // The process-wide log switch and the host bridge's own log lines.
 #pragma once
 
+#include <string>
+
 namespace Mero {
 
 // Gates everything that reaches the Android log. Off until an initMREngine
@@ -9,5 +11,7 @@ extern bool logEnabled;
 
 // Logs a bridge line (lifecycle natives, event names) under "mero_log_jni".
 void logBridge(const char* text);
+// The same with a string's characters.
+void logBridge(const std::string& text);
 
 }  // namespace Mero
