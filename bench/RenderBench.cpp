@@ -2,11 +2,11 @@
 // nodes, beside building and laying out the same Yoga tree by hand; the heap
 // a render node holds; and one bound text change carried to the end of flush.
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 #include <yoga/Yoga.h>
 
 #include <algorithm>
 #include <cstddef>
+#include <malloc.h>
 #include <memory>
 #include <string>
 #include <vector>
@@ -146,8 +146,8 @@ YGNodeRef yogaRow(float scale)
 
 double readLayout(YGNodeRef node)
 {
-    double sum = YGNodeLayoutGetLeft(node) + YGNodeLayoutGetTop(node) + YGNodeLayoutGetWidth(node) +
-                 YGNodeLayoutGetHeight(node);
+    double sum =
+        YGNodeLayoutGetLeft(node) + YGNodeLayoutGetTop(node) + YGNodeLayoutGetWidth(node) + YGNodeLayoutGetHeight(node);
     for (YGEdge edge : {YGEdgeLeft, YGEdgeTop, YGEdgeRight, YGEdgeBottom}) {
         sum += YGNodeLayoutGetPadding(node, edge) + YGNodeLayoutGetBorder(node, edge);
     }

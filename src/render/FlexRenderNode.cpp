@@ -39,7 +39,8 @@ constexpr std::array<FlexRow, 5> flexRows{{
 
 }  // namespace
 
-FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope)
+FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+                               LocalScope localScope)
     : ContainerRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
 {
     if (const Value* list = NodeBinding::propertyOf(element, "children")) {

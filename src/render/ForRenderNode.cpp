@@ -5,11 +5,13 @@
 
 namespace Mero {
 
-ForRenderNode::ForRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope)
+ForRenderNode::ForRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+                             LocalScope localScope)
     : FlexRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
 {
     if (const Value* source = NodeBinding::propertyOf(element, "list")) {
-        Value items = NodeBinding::isScalar(*source) ? *source : createRuntimeObject(*source)->value(this->scope, this->engine);
+        Value items =
+            NodeBinding::isScalar(*source) ? *source : createRuntimeObject(*source)->value(this->scope, this->engine);
         list = items.arrayPtr();
     }
     if (const Value* name = NodeBinding::propertyOf(element, "index")) {

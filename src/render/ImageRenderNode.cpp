@@ -11,8 +11,9 @@ namespace {
 YGSize measureImage(YGNodeConstRef yogaNode, float width, YGMeasureMode widthMode, float height,
                     YGMeasureMode heightMode)
 {
-    return static_cast<const ImageRenderNode*>(YGNodeGetContext(yogaNode))->measure(width, widthMode, height,
-                                                                                    heightMode);
+    const auto* node =
+        static_cast<const ImageRenderNode*>(static_cast<const ViewRenderNode*>(YGNodeGetContext(yogaNode)));
+    return node->measure(width, widthMode, height, heightMode);
 }
 
 }  // namespace

@@ -38,9 +38,7 @@ void ViewRenderNode::bindLeafProperties(const Value& element, std::span<const Le
             }
         };
         switch (row.kind) {
-        case LeafKind::String:
-            bindValue(element, row.key, Value(row.textDefault), store);
-            break;
+        case LeafKind::String: bindValue(element, row.key, Value(row.textDefault), store); break;
         case LeafKind::Number:
             bindNumber(element, row.key, row.numberDefault,
                        [store](double number, bool initial) mutable { store(number, initial); });

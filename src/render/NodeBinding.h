@@ -176,8 +176,7 @@ void ViewRenderNode::bindSize(const Value& element, std::string_view key, Apply 
         apply(runtime->convertSizeToNumber(size.sizeType, number, base, fallback), true);
         return;
     }
-    RuntimeEngine::getSizeData(scope, std::move(size), engine, guardedSetter<double>(std::move(apply)), base,
-                               fallback);
+    RuntimeEngine::getSizeData(scope, std::move(size), engine, guardedSetter<double>(std::move(apply)), base, fallback);
 }
 
 template <typename Apply>
@@ -200,8 +199,7 @@ void ViewRenderNode::bindYogaSize(const Value& element, std::string_view key, Ap
         apply(runtime->convertSize(size.sizeType, number, fallback), true);
         return;
     }
-    RuntimeEngine::getYGValueData(scope, std::move(size), engine, guardedSetter<YGValue>(std::move(apply)),
-                                  fallback);
+    RuntimeEngine::getYGValueData(scope, std::move(size), engine, guardedSetter<YGValue>(std::move(apply)), fallback);
 }
 
 }  // namespace Mero

@@ -41,7 +41,8 @@ public:
         leafText("dl_text_installed", PropertyId::TextInstalled),
     }};
 
-    ProgressRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope);
+    ProgressRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+                       LocalScope localScope);
 
     Value businessData;  // kept as the template gives it, unevaluated
     std::array<Value, SlotCount> values;

@@ -19,8 +19,7 @@ namespace Mero {
 namespace {
 
 template <typename Node>
-RenderNodePtr make(const Value& element, ContainerRenderNode* parent, const EngineRef& engine,
-                   const LocalScope& scope)
+RenderNodePtr make(const Value& element, ContainerRenderNode* parent, const EngineRef& engine, const LocalScope& scope)
 {
     return RenderNodePtr(new Node(element, parent, engine, scope));
 }

@@ -11,7 +11,9 @@ namespace {
 YGSize measureText(YGNodeConstRef yogaNode, float width, YGMeasureMode widthMode, float height,
                    YGMeasureMode heightMode)
 {
-    const auto* node = static_cast<const TextRenderNode*>(YGNodeGetContext(yogaNode));
+    // The context holds the node as the base class pointer it was stored as.
+    const auto* node =
+        static_cast<const TextRenderNode*>(static_cast<const ViewRenderNode*>(YGNodeGetContext(yogaNode)));
     std::shared_ptr<RuntimeEngine> runtime = node->engine.lock();
     if (!runtime || !runtime->hooks.measureText) {
         return YGSize{0.0F, 0.0F};
@@ -23,7 +25,8 @@ YGSize measureText(YGNodeConstRef yogaNode, float width, YGMeasureMode widthMode
 
 }  // namespace
 
-TextRenderNode::TextRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope)
+TextRenderNode::TextRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+                               LocalScope localScope)
     : ViewRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
 {
     YGNodeSetMeasureFunc(yogaNode, measureText);

@@ -12,7 +12,17 @@ namespace Mero {
 
 class TextRenderNode : public ViewRenderNode {
 public:
-    enum Slot : std::size_t { Text, TextColor, MaxLines, TextAlign, FontWeight, FontSize, LineHeight, TextInterval, SlotCount };
+    enum Slot : std::size_t {
+        Text,
+        TextColor,
+        MaxLines,
+        TextAlign,
+        FontWeight,
+        FontSize,
+        LineHeight,
+        TextInterval,
+        SlotCount
+    };
     // What changes the text's size re-measures it; weight and alignment
     // deliberately do not.
     static constexpr std::array<LeafProperty, SlotCount> propertyTable{{

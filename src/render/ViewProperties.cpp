@@ -117,9 +117,7 @@ constexpr std::array<LayoutRow, 26> layoutRows{{
 void applySize(const LayoutRow& row, YGNodeRef node, YGValue size)
 {
     switch (size.unit) {
-    case YGUnitPoint:
-        row.point(node, row.edge, size.value);
-        break;
+    case YGUnitPoint: row.point(node, row.edge, size.value); break;
     case YGUnitPercent:
         if (row.percent != nullptr) {
             row.percent(node, row.edge, size.value);
@@ -130,8 +128,7 @@ void applySize(const LayoutRow& row, YGNodeRef node, YGValue size)
             row.automatic(node, row.edge);
         }
         break;
-    default:
-        break;  // undefined: the style keeps its previous value
+    default: break;  // undefined: the style keeps its previous value
     }
 }
 
@@ -148,23 +145,23 @@ struct StyleRow {
     double numberDefault;
     std::string_view colourDefault;
     std::string_view transitionKey;  // empty: never animated
-    double StyleCache::* number;
-    std::string StyleCache::* colour;
+    double StyleCache::*number;
+    std::string StyleCache::*colour;
 };
 
-constexpr StyleRow cornerRow(std::string_view key, uint32_t id, double StyleCache::* field)
+constexpr StyleRow cornerRow(std::string_view key, uint32_t id, double StyleCache::*field)
 {
     return {key, StyleKind::Corner, id, 0.0, {}, {}, field, nullptr};
 }
 
 constexpr StyleRow colourRow(std::string_view key, uint32_t id, std::string_view fallback,
-                             std::string_view transitionKey, std::string StyleCache::* field)
+                             std::string_view transitionKey, std::string StyleCache::*field)
 {
     return {key, StyleKind::Colour, id, 0.0, fallback, transitionKey, nullptr, field};
 }
 
 constexpr StyleRow numberStyleRow(std::string_view key, uint32_t id, double fallback, std::string_view transitionKey,
-                                  double StyleCache::* field)
+                                  double StyleCache::*field)
 {
     return {key, StyleKind::Number, id, fallback, {}, transitionKey, field, nullptr};
 }
@@ -277,9 +274,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
                 }
             });
             break;
-        case LayoutKind::Once:
-            row.once(yogaNode);
-            break;
+        case LayoutKind::Once: row.once(yogaNode); break;
         }
     }
 

@@ -46,7 +46,7 @@ std::string scopedNodeId(const Value& element, const LocalScope& scope)
 // bottom. Both are read in the edge order left, top, right, bottom.
 struct EdgeResult {
     YGEdge edge;
-    double LayoutCache::* cached;
+    double LayoutCache::*cached;
     uint32_t propertyId;
 };
 
@@ -81,8 +81,8 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
     isEmpty = memberOf(element, "isEmpty").boolean();
     readTransitions(element);
     if (const Value* animation = NodeBinding::propertyOf(element, "loopAnimation")) {
-        loopAnimation = NodeBinding::isScalar(*animation) ? *animation
-                                                          : createRuntimeObject(*animation)->value(scope, engine);
+        loopAnimation =
+            NodeBinding::isScalar(*animation) ? *animation : createRuntimeObject(*animation)->value(scope, engine);
     }
     bindBool(element, "visible", true, [this](bool shown, bool) { setVisible(shown); });
     bindCommonProperties(element);

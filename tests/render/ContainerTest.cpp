@@ -16,25 +16,19 @@
 #include "render/VideoRenderNode.h"
 #include "support/ReportedErrors.h"
 
+using Mero::ViewRenderNode;
 using MeroTest::Calls;
 using MeroTest::RenderCard;
-using Mero::ViewRenderNode;
 
 TEST(RenderNodeFactory, TypeCodesPickTheNodeClass)
 {
     const std::pair<const char*, const std::type_info*> cases[] = {
-        {"0", &typeid(ViewRenderNode)},
-        {"2", &typeid(Mero::ForRenderNode)},
-        {"3", &typeid(Mero::FlexRenderNode)},
-        {"3.9", &typeid(Mero::FlexRenderNode)},
-        {"4", &typeid(Mero::TextRenderNode)},
-        {"5", &typeid(Mero::ImageRenderNode)},
-        {"6", &typeid(Mero::ProgressRenderNode)},
-        {"7", &typeid(Mero::RatingRenderNode)},
-        {"8", &typeid(Mero::SwiperRenderNode)},
-        {"9", &typeid(Mero::CustomRenderNode)},
-        {"10", &typeid(Mero::VideoRenderNode)},
-        {"11", &typeid(Mero::BlurRenderNode)},
+        {"0", &typeid(ViewRenderNode)},           {"2", &typeid(Mero::ForRenderNode)},
+        {"3", &typeid(Mero::FlexRenderNode)},     {"3.9", &typeid(Mero::FlexRenderNode)},
+        {"4", &typeid(Mero::TextRenderNode)},     {"5", &typeid(Mero::ImageRenderNode)},
+        {"6", &typeid(Mero::ProgressRenderNode)}, {"7", &typeid(Mero::RatingRenderNode)},
+        {"8", &typeid(Mero::SwiperRenderNode)},   {"9", &typeid(Mero::CustomRenderNode)},
+        {"10", &typeid(Mero::VideoRenderNode)},   {"11", &typeid(Mero::BlurRenderNode)},
     };
     RenderCard card("{}");
     for (const auto& [code, type] : cases) {
@@ -51,9 +45,9 @@ TEST(RenderNodeFactory, InvalidCodesLogAndBuildAPlainViewWithoutChildren)
     for (const char* code : {"1", "12"}) {
         Mero::RenderNodePtr node;
         const std::string printed = MeroTest::printedOutput([&] {
-            node = Mero::createRenderNode(
-                MeroTest::json(R"({"$": )" + std::string(code) + R"(, "children": [{"$": 0}]})"), nullptr,
-                card.engine, nullptr);
+            node =
+                Mero::createRenderNode(MeroTest::json(R"({"$": )" + std::string(code) + R"(, "children": [{"$": 0}]})"),
+                                       nullptr, card.engine, nullptr);
         });
         EXPECT_EQ(printed, "render node type error\n") << code;
         ASSERT_NE(node, nullptr);

@@ -24,8 +24,7 @@ TEST(EngineFlush, SendsChildrenThenPropertiesThenAnimationsInEnlistingOrder)
     card.set("v", "0.5");
     card.set("showA", "false");
     card.set("showA", "true");
-    EXPECT_EQ(card.flush(), (Calls{"a set 8=0.5", "a animate 9=0.5@1/10/0", "b set 8=0.5",
-                                   "root children 0:a 0:a"}));
+    EXPECT_EQ(card.flush(), (Calls{"a set 8=0.5", "a animate 9=0.5@1/10/0", "b set 8=0.5", "root children 0:a 0:a"}));
     EXPECT_TRUE(card.engine->pendingNodes.empty());
     EXPECT_FALSE(card.find("a")->queued);
     EXPECT_TRUE(card.find("a")->animatedUpdates.empty());

@@ -186,7 +186,7 @@ TEST(ProgressRenderNode, AllAnimatesEveryColourButNoText)
     EXPECT_EQ(card.flush(), (Calls{"dl set 220=#2", "dl animate 215=#2@0/5/0"}));
 }
 
-TEST(LeafRenderNodes, EveryTableRowSendsItsIdWhenBound)
+TEST(LeafRenderNodes, BoundRowsSendTheirIds)
 {
     struct Row {
         const char* type;
@@ -195,22 +195,22 @@ TEST(LeafRenderNodes, EveryTableRowSendsItsIdWhenBound)
         const char* value;
         const char* sent;
     };
+    // One row of each kind per node class; the tables themselves are data.
     const Row rows[] = {
-        {"4", "textColor", 204, R"("#F")", "#F"},    {"4", "textAlign", 102, "1", "1"},
-        {"4", "maxLines", 100, "3", "3"},            {"5", "scaleMode", 103, "2", "2"},
-        {"7", "rating_score", 28, "4.5", "4.5"},     {"7", "rating_star_color", 210, R"("#A")", "#A"},
-        {"7", "rating_star_size", 29, "12", "12"},   {"7", "rating_empty_opacity", 30, "0.3", "0.3"},
-        {"11", "blurRadius", 39, "8", "8"},          {"11", "blurAlpha", 40, "0.5", "0.5"},
-        {"9", "customType", 223, R"("x")", "x"},     {"9", "extra", 209, R"("e")", "e"},
-        {"10", "videoModel", 224, R"("m")", "m"},    {"10", "playUrl", 226, R"("u")", "u"},
-        {"10", "muted", 303, "true", "true"},        {"10", "autoPrepare", 307, "true", "true"},
-        {"10", "fullscreenMode", 106, "1", "1"},     {"10", "initTime", 38, "2.5", "2.5"},
-        {"10", "cacheSize", 108, "64", "64"},        {"10", "subTag", 232, R"("s")", "s"},
-        {"6", "fontSize", 24, "14", "14"},           {"6", "dl_text_paused", 218, R"("p")", "p"},
+        {"4", "textColor", 204, R"("#F")", "#F"},
+        {"4", "maxLines", 100, "3", "3"},
+        {"5", "scaleMode", 103, "2", "2"},
+        {"7", "rating_star_color", 210, R"("#A")", "#A"},
+        {"7", "rating_empty_opacity", 30, "0.3", "0.3"},
+        {"11", "blurAlpha", 40, "0.5", "0.5"},
+        {"9", "extra", 209, R"("e")", "e"},
+        {"10", "autoPrepare", 307, "true", "true"},
+        {"10", "initTime", 38, "2.5", "2.5"},
+        {"6", "fontSize", 24, "14", "14"},
     };
     for (const Row& row : rows) {
-        const std::string value = row.key == "fontSize" ? R"({"sizeType": 1, "value": {"$": 3, "n": "v"}})"
-                                                        : R"({"$": 3, "n": "v"})";
+        const std::string value =
+            row.key == "fontSize" ? R"({"sizeType": 1, "value": {"$": 3, "n": "v"}})" : R"({"$": 3, "n": "v"})";
         RenderCard card(R"({"variables": {"v": null}, "elements": {"$": )" + std::string(row.type) +
                         R"(, "nodeId": "n", ")" + std::string(row.key) + R"(": )" + value + "}}");
         card.start();

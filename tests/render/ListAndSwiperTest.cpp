@@ -9,9 +9,9 @@
 #include "render/SwiperRenderNode.h"
 #include "render/TextRenderNode.h"
 
+using Mero::ViewRenderNode;
 using MeroTest::Calls;
 using MeroTest::RenderCard;
-using Mero::ViewRenderNode;
 
 namespace {
 
@@ -58,9 +58,9 @@ TEST(ForRenderNode, ItemsSeeACopyOfTheListsScope)
 TEST(ForRenderNode, EmptyOrMissingListsBuildNothing)
 {
     RenderCard card("{}");
-    for (const char* element : {R"({"$": 2, "list": [], "children": [{"$": 0}]})",
-                                R"({"$": 2, "children": [{"$": 0}]})", R"({"$": 2, "list": [1, 2]})",
-                                R"({"$": 2, "list": "ab", "children": [{"$": 0}]})"}) {
+    for (const char* element :
+         {R"({"$": 2, "list": [], "children": [{"$": 0}]})", R"({"$": 2, "children": [{"$": 0}]})",
+          R"({"$": 2, "list": [1, 2]})", R"({"$": 2, "list": "ab", "children": [{"$": 0}]})"}) {
         Mero::RenderNodePtr node = Mero::createRenderNode(MeroTest::json(element), nullptr, card.engine, nullptr);
         const auto& list = static_cast<const Mero::ForRenderNode&>(*node);
         EXPECT_TRUE(list.children.empty()) << element;

@@ -4,9 +4,9 @@
 #include "render/FlexRenderNode.h"
 #include "render/RenderCard.h"
 
+using Mero::ViewRenderNode;
 using MeroTest::Calls;
 using MeroTest::RenderCard;
-using Mero::ViewRenderNode;
 
 namespace {
 
@@ -39,20 +39,6 @@ TEST(RenderNodeIdentity, ScopeNumbersBecomeHashSuffixes)
 
     ViewRenderNode unscoped(MeroTest::json(R"({"$": 0, "nodeId": "card"})"), nullptr, card.engine, nullptr);
     EXPECT_EQ(unscoped.nodeId, "card");
-}
-
-TEST(RenderNodeIdentity, ElementFieldsAreCopied)
-{
-    RenderCard card("{}");
-    ViewRenderNode node(MeroTest::json(R"({"$": 5.8, "nodeId": "n", "onClick": "tapped", "isEmpty": true})"),
-                        nullptr, card.engine, nullptr);
-    EXPECT_EQ(node.type, 5U);
-    EXPECT_EQ(node.onClick, "tapped");
-    EXPECT_TRUE(node.isEmpty);
-    EXPECT_TRUE(node.visible);
-    EXPECT_EQ(YGNodeGetContext(node.yogaNode), &node);
-    EXPECT_EQ(node.component, nullptr);
-    EXPECT_FALSE(node.hasComponent);
 }
 
 TEST(RenderNodeTransitions, EntriesAreReadAndAllIsKeptApart)

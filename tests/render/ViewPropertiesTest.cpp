@@ -6,9 +6,9 @@
 
 #include "render/RenderCard.h"
 
+using Mero::ViewRenderNode;
 using MeroTest::Calls;
 using MeroTest::RenderCard;
-using Mero::ViewRenderNode;
 
 namespace {
 
@@ -211,10 +211,10 @@ struct StyleRowCase {
 };
 
 const StyleRowCase styleRowCases[] = {
-    {"cornerLeftTop", 16, nullptr},    {"cornerRightTop", 17, nullptr},     {"cornerRightBottom", 18, nullptr},
-    {"cornerLeftBottom", 19, nullptr}, {"opacity", 8, "opacity"},           {"scaleX", 9, "transform"},
-    {"scaleY", 10, "transform"},       {"anchorPointX", 11, "transform"},   {"anchorPointY", 12, "transform"},
-    {"rotationX", 13, "transform"},    {"rotationY", 14, "transform"},      {"rotationZ", 15, "transform"},
+    {"cornerLeftTop", 16, nullptr},    {"cornerRightTop", 17, nullptr},   {"cornerRightBottom", 18, nullptr},
+    {"cornerLeftBottom", 19, nullptr}, {"opacity", 8, "opacity"},         {"scaleX", 9, "transform"},
+    {"scaleY", 10, "transform"},       {"anchorPointX", 11, "transform"}, {"anchorPointY", 12, "transform"},
+    {"rotationX", 13, "transform"},    {"rotationY", 14, "transform"},    {"rotationZ", 15, "transform"},
     {"translateX", 36, "transform"},   {"translateY", 37, "transform"},
 };
 
@@ -222,8 +222,8 @@ std::string boundStyleCard(const StyleRowCase& row, const std::string& transitio
 {
     const bool corner = std::string(row.key).starts_with("corner");
     const std::string value = corner ? R"({"sizeType": 1, "value": {"$": 3, "n": "v"}})" : R"({"$": 3, "n": "v"})";
-    return R"({"variables": {"v": 1}, "elements": {"$": 0, "nodeId": "n", ")" + std::string(row.key) +
-           R"(": )" + value + (transition.empty() ? "" : R"(, "transition": )" + transition) + "}}";
+    return R"({"variables": {"v": 1}, "elements": {"$": 0, "nodeId": "n", ")" + std::string(row.key) + R"(": )" +
+           value + (transition.empty() ? "" : R"(, "transition": )" + transition) + "}}";
 }
 
 }  // namespace
@@ -258,8 +258,8 @@ TEST(ViewStyleProperties, EachRowQueuesItsIdPlainOrUnderItsTransitionKey)
             RenderCard card(boundStyleCard(row, R"({"all": {"timing": 2, "duration": 50}})"));
             card.start();
             card.set("v", "3");
-            EXPECT_EQ(card.flush(), Calls{row.transitionKey != nullptr ? "n animate " + id + "=3@2/50/0"
-                                                                       : "n set " + id + "=3"})
+            EXPECT_EQ(card.flush(),
+                      Calls{row.transitionKey != nullptr ? "n animate " + id + "=3@2/50/0" : "n set " + id + "=3"})
                 << row.key;
         }
     }
@@ -309,9 +309,9 @@ TEST(ViewApplyLayout, FirstPassSendsEveryNonZeroResultWithItsId)
     ViewRenderNode& root = card.build();
     card.attachComponents();
     card.layout();
-    EXPECT_EQ(card.flush(), (Calls{"root set 4=1 5=2 6=3 7=4 20=5 22=6 21=7 23=8",
-                                   "root animate 0=100@0/100/0 1=50@0/100/0", "child set 2=6 3=8",
-                                   "child animate 0=10@0/70/0"}));
+    EXPECT_EQ(card.flush(),
+              (Calls{"root set 4=1 5=2 6=3 7=4 20=5 22=6 21=7 23=8", "root animate 0=100@0/100/0 1=50@0/100/0",
+                     "child set 2=6 3=8", "child animate 0=10@0/70/0"}));
     EXPECT_EQ(root.layout.borderRight, 7.0);
     EXPECT_EQ(root.layout.paddingBottom, 4.0);
     card.layout();
