@@ -1,0 +1,122 @@
+// The engine instance without JNI: a card from loadTemplate to the slot
+// buffers of all its host views, and one click carried to the end of its
+// flush. tests/jvm/.../JniBench.java times the same work through the natives
+// on a JVM and prints the share JNI adds (make jvm_bench).
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "bridge/ComponentSlots.h"
+#include "engine/MeroInstance.h"
+#include "render/Component.h"
+#include "render/ContainerRenderNode.h"
+#include "render/RenderNodeFactory.h"
+#include "render/ViewRenderNode.h"
+#include "runtime/RuntimeEngine.h"
+#include "value/ErrorReporting.h"
+
+namespace {
+
+std::string readBenchFile(const char* name)
+{
+    std::ifstream in(std::filesystem::path(MERO_BENCH_DATA) / name, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// A host view that does nothing, answering a fixed content size.
+class NullComponent : public Mero::Component {
+public:
+    void updateChildren(const std::vector<Mero::ChildChange>&) override {}
+    void updateProperties(const std::vector<Mero::PropertyUpdate>& properties) override
+    {
+        benchmark::DoNotOptimize(properties.data());
+    }
+    void playAnimations(const std::vector<Mero::AnimatedUpdate>&) override {}
+    Mero::ContentSize getContentSize() override { return {200.0F, 50.0F}; }
+    void releaseComponents(Mero::ViewRenderNode*) override {}
+};
+
+// What createComponentTree does for each host view, short of calling Java:
+// the node's slot buffers and a controller.
+void makeViews(Mero::ViewRenderNode& node)
+{
+    Mero::ComponentSlots slots = Mero::collectComponentSlots(node);
+    benchmark::DoNotOptimize(slots);
+    delete node.component;
+    node.component = new NullComponent();
+    node.hasComponent = true;
+    if (!node.isContainer()) {
+        return;
+    }
+    for (const Mero::RenderNodePtr& child : static_cast<Mero::ContainerRenderNode&>(node).children) {
+        if (std::optional<Mero::HostNodeList> views = child->collectHostNodes()) {
+            for (Mero::ViewRenderNode* view : *views) {
+                makeViews(*view);
+            }
+        }
+    }
+}
+
+// A card shown as the JVM benchmark shows it: 1080 wide, height from content,
+// texts measured at 120 by 30 by the host.
+void showCard(Mero::MeroInstance& instance, const std::string& templateText, const std::string& data)
+{
+    instance.runtime().hooks.measureText = [](const Mero::TextContent&) { return std::pair(120.0, 30.0); };
+    instance.setScreenWidth(1080.0F);
+    instance.loadTemplate(templateText);
+    instance.setData(data, "{}");
+    instance.initContainerSize(1080.0F, 0.0F, 1, 0);
+    instance.initNode();
+    instance.triggerInitEvent();
+    instance.applyLayout();
+    makeViews(*instance.runtime().rootNode);
+}
+
+// The two feed templates read the feed's data; the bridge card reads none.
+void BM_InstanceStart_NoJni(benchmark::State& state, const char* file, const char* dataFile)
+{
+    Mero::debugMode = false;
+    const std::string templateText = readBenchFile(file);
+    const std::string data = dataFile != nullptr ? readBenchFile(dataFile) : "{}";
+    for (auto _ : state) {
+        Mero::MeroInstance instance;
+        const auto start = std::chrono::steady_clock::now();
+        showCard(instance, templateText, data);
+        const auto end = std::chrono::steady_clock::now();
+        state.SetIterationTime(std::chrono::duration<double>(end - start).count());
+    }
+}
+BENCHMARK_CAPTURE(BM_InstanceStart_NoJni, app_install, "app_install_template.json", "feed_data.json")
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_InstanceStart_NoJni, carousel, "carousel_template.json", "feed_data.json")
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_InstanceStart_NoJni, bridge_card, "bridge_card.json", nullptr)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+
+// Clicks alternate between two targets, so each one changes the title, lays
+// the card out again and sends one property update.
+void BM_InstanceClick_NoJni(benchmark::State& state)
+{
+    Mero::debugMode = false;
+    Mero::MeroInstance instance;
+    showCard(instance, readBenchFile("bridge_card.json"), "{}");
+    bool tap = true;
+    for (auto _ : state) {
+        instance.sendClickEvent(tap ? "title" : "icon");
+        tap = !tap;
+    }
+}
+BENCHMARK(BM_InstanceClick_NoJni)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
