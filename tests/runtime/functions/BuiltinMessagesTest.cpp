@@ -18,14 +18,6 @@ namespace {
 using namespace Mero;
 using namespace MeroTest;
 
-using Invoke = Value (*)(ArgList);
-
-template <typename Function>
-Value invokeFresh(ArgList args)
-{
-    return callBuiltin<Function>(std::move(args));
-}
-
 struct MessageCase {
     const char* function;
     Invoke invoke;

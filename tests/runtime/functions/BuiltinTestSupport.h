@@ -56,6 +56,16 @@ Mero::Value callBuiltin(std::string_view arrayText, const Mero::EngineRef& engin
     return callBuiltin<Function>(argsOf(arrayText), engine);
 }
 
+// A fresh object of a built-in class called with no engine, as a plain
+// function pointer, for tables of cases.
+using Invoke = Mero::Value (*)(Mero::ArgList);
+
+template <typename Function>
+Mero::Value invokeFresh(Mero::ArgList args)
+{
+    return callBuiltin<Function>(std::move(args));
+}
+
 // The canonical JSON of a built-in's result.
 template <typename Function>
 std::string resultOf(std::string_view arrayText)

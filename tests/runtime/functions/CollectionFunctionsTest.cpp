@@ -24,32 +24,6 @@ TEST(ArrayPush, appendsTheWholeSourceToTheScriptsOwnArray)
     EXPECT_EQ(canonicalJson(variable), "[1,2,3,4,1,2,3,4]");
 }
 
-TEST(ArrayGet, readsElementsByTruncatedIndexAndMembersByKeyText)
-{
-    struct Case {
-        const char* args;
-        const char* expected;
-    };
-    const Case cases[] = {
-        {"[[10,20],1]", "20"},
-        {"[[10,20],1.9]", "20"},
-        {"[[10,20],-1]", "10"},  // a negative index saturates to 0
-        {"[{\"2\":\"two\"},2]", "\"two\""},
-        {"[{\"1.5\":\"x\"},1.5]", "\"x\""},
-        {"[{\"a\":[1]},\"a\"]", "[1]"},
-        {"[{\"a\":1},\"b\"]", "null"},
-        {"[{\"\":5},true]", "5"},  // a key of another kind reads as ""
-        {"[null,3]", "null"},
-        {"[0,3]", "null"},
-        {"[\"\",3]", "null"},
-        {"[false,3]", "null"},
-    };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.args);
-        EXPECT_EQ(printedOutput([&] { EXPECT_EQ(resultOf<ArrayGetFunction>(row.args), row.expected); }), "");
-    }
-}
-
 TEST(ArrayWalks, passElementIndexAndTheSharedArray)
 {
     Value array = json("[\"a\",\"b\"]");
@@ -155,26 +129,6 @@ TEST(DictForEach, aCallbackMayAddMembersWhileItWalks)
     callBuiltin<DictForEachFunction>(ArgList{object, callback.value()});
     EXPECT_EQ(callback.calls.size(), 3u);
     EXPECT_EQ(object.object().size(), 153u);
-}
-
-TEST(JSONGet, aPresentMemberWinsOverTheFallback)
-{
-    struct Case {
-        const char* args;
-        const char* expected;
-    };
-    const Case cases[] = {
-        {"[{\"a\":null},\"a\",5]", "null"},
-        {"[{},\"a\",5]", "5"},
-        {"[{},\"a\"]", "null"},
-        {"[{\"a\":{\"b\":1}},\"a\"]", "{\"b\":1}"},
-        {"[[1],\"0\",7]", "7"},
-        {"[{\"1\":2},1,3]", "3"},  // only a string key is looked up
-    };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.args);
-        EXPECT_EQ(printedOutput([&] { EXPECT_EQ(resultOf<JSONGetFunction>(row.args), row.expected); }), "");
-    }
 }
 
 TEST(JsonSet, changesTheObjectInPlaceForEveryHolder)
