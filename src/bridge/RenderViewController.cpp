@@ -264,11 +264,15 @@ void RenderViewController::updateChildren(const std::vector<ChildChange>& change
             continue;
         }
         if (inserted) {
-            jobject child = createHostComponent(owner, *change.node);
-            if (child != nullptr) {
-                callOnObject(jni, parent, "addChildAt", "(ILcom/fernwick/android/ad/mero/MRComponent;)V",
-                             static_cast<jint>(change.index), child);
-                jni->DeleteLocalRef(child);
+            // A flattened container shows its own shown children instead.
+            jint index = change.index;
+            for (ViewRenderNode* view : change.node->collectHostNodes().value_or(HostNodeList())) {
+                jobject child = createHostComponent(owner, *view);
+                if (child != nullptr) {
+                    callOnObject(jni, parent, "addChildAt", "(ILcom/fernwick/android/ad/mero/MRComponent;)V",
+                                 index++, child);
+                    jni->DeleteLocalRef(child);
+                }
             }
         } else {
             callOnObject(jni, parent, "removeChildAt", "(I)V", static_cast<jint>(change.index));
