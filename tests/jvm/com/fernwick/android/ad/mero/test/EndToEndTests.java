@@ -27,6 +27,9 @@ public final class EndToEndTests {
         Check.run("bridge answers reach their callbacks", EndToEndTests::bridgeAnswers);
         Check.run("the script log reaches sendALog", EndToEndTests::logSink);
         Check.run("swiper page changes dispatch the swiper's event", EndToEndTests::swiperPages);
+        Check.run("animated and boxed updates", EndToEndTests::liveUpdates);
+        Check.run("an image is measured from its view's content size", EndToEndTests::contentSize);
+        Check.run("a root shown later becomes the root view", EndToEndTests::rootShownLater);
         Check.run("updateLayout acts only on a size change", EndToEndTests::updateLayout);
         Check.run("markDirty re-measures content-sized nodes only", EndToEndTests::markDirty);
         Check.run("released and unknown handles do nothing", EndToEndTests::releasedHandles);
@@ -288,6 +291,36 @@ public final class EndToEndTests {
         equal(List.of("update pageInfo 203=S{\"detail\":{\"current\":1}}"), card.seen(), "page event payload");
         card.host.sendSwiperEvent(12, "view", 1);
         equal(List.of(), card.seen(), "not a swiper: nothing");
+        card.release();
+    }
+
+    private static void liveUpdates() {
+        Card card = Card.show(18, Templates.LIVE_UPDATES, "{}", 750f, 1334f);
+        card.seen();
+        card.host.sendEvent(18, "dim", "");
+        equal(List.of("animate fade 8=F0.5 2/300/10"), card.seen(), "opacity animated: timing, duration, delay");
+        card.host.sendEvent(18, "play", "");
+        equal(List.of("update player 301=Btrue"), card.seen(), "a boolean boxed as Boolean");
+        card.release();
+    }
+
+    private static void contentSize() {
+        Card card = Card.show(19, Templates.LIVE_UPDATES, "{}", 750f, 1334f);
+        equal(0f, card.host.createdFor("photo").floats[1], "no view yet: measured 0 high");
+        card.seen();
+        card.host.markDirty(19, "photo");
+        equal(List.of("getContentSize photo", "update photo 1=F25.0"), card.seen(),
+                "content 200 by 50 at width 100 is 25 high");
+        card.release();
+    }
+
+    private static void rootShownLater() {
+        Card card = Card.show(20, Templates.LIVE_UPDATES, "{}", 750f, 1334f);
+        card.seen();
+        card.host.sendEvent(20, "show", "");
+        List<String> seen = card.seen();
+        equal("createComponent 3 root", seen.get(0), "the root's view is made again");
+        equal("addRootView root", seen.get(seen.size() - 1), "and handed to the host as its root view");
         card.release();
     }
 

@@ -103,4 +103,28 @@ final class Templates {
           ]
         }
         """;
+
+    /** Animated and boxed updates, an image sized by its content, and a root that is shown later. */
+    static final String LIVE_UPDATES = """
+        {
+          "variables": {"alpha": 1, "play": false, "showRoot": false},
+          "elements": {
+            "$": 3, "nodeId": "root", "visible": {"$": 3, "n": "showRoot"},
+            "width": {"sizeType": 1, "value": 750}, "height": {"sizeType": 1, "value": 600},
+            "children": [
+              {"$": 0, "nodeId": "fade", "opacity": {"$": 3, "n": "alpha"},
+               "transition": {"opacity": {"timing": 2, "duration": 300, "delay": 10.9}},
+               "width": {"sizeType": 1, "value": 10}, "height": {"sizeType": 1, "value": 10}},
+              {"$": 10, "nodeId": "player", "autoplay": {"$": 3, "n": "play"},
+               "width": {"sizeType": 1, "value": 100}, "height": {"sizeType": 1, "value": 100}},
+              {"$": 5, "nodeId": "photo", "src": "https://cdn.example/p.png", "width": {"sizeType": 1, "value": 100}}
+            ]
+          },
+          "events": [
+            {"n": "dim", "a": [], "b": [{"$": 4, "n": "alpha", "value": 0.5}]},
+            {"n": "play", "a": [], "b": [{"$": 4, "n": "play", "value": true}]},
+            {"n": "show", "a": [], "b": [{"$": 4, "n": "showRoot", "value": true}]}
+          ]
+        }
+        """;
 }
