@@ -2,6 +2,7 @@
 
 #include "runtime/functions/DeferredCallback.h"
 #include "runtime/functions/FunctionSupport.h"
+#include "value/ErrorReporting.h"
 
 namespace Mero {
 

@@ -1,6 +1,7 @@
 #include "runtime/functions/CollectionFunctions.h"
 
 #include "runtime/functions/FunctionSupport.h"
+#include "value/ErrorReporting.h"
 #include "value/JsonParser.h"
 
 namespace Mero {

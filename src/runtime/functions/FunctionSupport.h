@@ -7,7 +7,6 @@
 
 #include "runtime/NumberConversion.h"
 #include "runtime/functions/MRFunction.h"
-#include "value/ErrorReporting.h"
 #include "value/Value.h"
 
 namespace Mero {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "runtime/functions/FunctionSupport.h"
+#include "value/ErrorReporting.h"
 
 namespace Mero {
 

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "runtime/functions/FunctionSupport.h"
+#include "value/ErrorReporting.h"
 
 namespace Mero {
 

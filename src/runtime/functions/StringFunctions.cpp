@@ -5,6 +5,7 @@
 
 #include "runtime/RuntimeEngine.h"
 #include "runtime/functions/FunctionSupport.h"
+#include "value/ErrorReporting.h"
 #include "value/JsonWriter.h"
 
 namespace Mero {
