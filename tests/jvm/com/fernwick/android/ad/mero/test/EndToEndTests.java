@@ -35,6 +35,7 @@ public final class EndToEndTests {
         Check.run("released and unknown handles do nothing", EndToEndTests::releasedHandles);
         Check.run("a duplicate handle keeps the first instance", EndToEndTests::duplicateHandle);
         Check.run("an exception stops at the native without debugMode", EndToEndTests::exceptionBoundary);
+        Check.run("an exception ends the process with debugMode", EndToEndTests::debugModeFailsFast);
         Check.run("bridge and log lines reach standard error", EndToEndTests::logLines);
         Check.run("loading without the host class fails", EndToEndTests::loadWithoutHostClass);
         Check.run("loading with a mismatched host class fails", EndToEndTests::loadWithMismatchedHostClass);
@@ -392,6 +393,16 @@ public final class EndToEndTests {
         card.host.sendClickEvent(17, "title");
         equal(List.of("update title 203=STapped"), card.seen(), "the card goes on after the fault");
         card.release();
+    }
+
+    private static void debugModeFailsFast() throws Exception {
+        java.io.File errorFile = java.io.File.createTempFile("mero-debug-mode", ".log");
+        Subprocess run = Subprocess.java(System.getProperty("mero.hostClasses") + ":"
+                + System.getProperty("mero.testClasses"), "com.fernwick.android.ad.mero.test.DebugModeProbe",
+                "-XX:ErrorFile=" + errorFile, "-XX:-CreateCoredumpOnCrash");
+        errorFile.delete();
+        equal("started", run.stdout.strip(), "the card ran up to the fault and no further");
+        isTrue(run.exitCode != 0, "the process ended abnormally: " + run.exitCode);
     }
 
     private static void logLines() throws Exception {

@@ -14,9 +14,11 @@ final class Subprocess {
     String stderr;
 
     /** Runs mainClass in a new JVM with the given class path and this JVM's mero.* properties. */
-    static Subprocess java(String classPath, String mainClass) throws IOException, InterruptedException {
+    static Subprocess java(String classPath, String mainClass, String... jvmOptions)
+            throws IOException, InterruptedException {
         List<String> command = new ArrayList<>();
         command.add(Path.of(System.getProperty("java.home"), "bin", "java").toString());
+        command.addAll(List.of(jvmOptions));
         command.add("-Dmero.library=" + System.getProperty("mero.library"));
         command.add("-cp");
         command.add(classPath);
