@@ -72,8 +72,8 @@ Value ArrayGetFunction::invoke(ArgList&& args, const EngineRef&)
     }
     if (container.is(Kind::Object)) {
         const ValueObject& object = container.object();
-        auto member = index.is(Kind::Number) ? object.find(numberToString(index.number()))
-                                             : object.find(index.string());
+        auto member =
+            index.is(Kind::Number) ? object.find(numberToString(index.number())) : object.find(index.string());
         return member == object.end() ? Value() : member->second;
     }
     reportError("args must be array or index must be number");

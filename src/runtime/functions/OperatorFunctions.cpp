@@ -62,9 +62,7 @@ Value CompareFunction::invoke(ArgList&& args, const EngineRef&)
         case GreaterEqual: return Value(x >= y);
         case Less: return Value(x < y);
         case LessEqual: return Value(x <= y);
-        default:
-            reportError("compare operator not match");
-            return Value(false);
+        default: reportError("compare operator not match"); return Value(false);
         }
     }
     reportError("compare args type not match");

@@ -119,7 +119,8 @@ Value IndexOfFunction::invoke(ArgList&& args, const EngineRef&)
     }
     if (haystack.is(Kind::Array)) {
         const ValueArray& array = haystack.array();
-        auto found = std::find_if(array.begin(), array.end(), [&](const Value& element) { return equals(element, needle); });
+        auto found =
+            std::find_if(array.begin(), array.end(), [&](const Value& element) { return equals(element, needle); });
         return Value(found == array.end() ? -1.0 : static_cast<double>(found - array.begin()));
     }
     return Value(-1.0);
@@ -194,7 +195,8 @@ Value IncludeFunction::invoke(ArgList&& args, const EngineRef&)
     const Value& needle = args[1];
     if (haystack.is(Kind::Array)) {
         const ValueArray& array = haystack.array();
-        return Value(std::any_of(array.begin(), array.end(), [&](const Value& element) { return equals(element, needle); }));
+        return Value(
+            std::any_of(array.begin(), array.end(), [&](const Value& element) { return equals(element, needle); }));
     }
     if (haystack.is(Kind::String) && needle.is(Kind::String)) {
         return Value(haystack.string().find(needle.string()) != std::string::npos);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "runtime/functions/BridgeFunctions.h"
+#include "runtime/functions/BuiltinTestSupport.h"
 #include "runtime/functions/CollectionFunctions.h"
 #include "runtime/functions/EventFunctions.h"
 #include "runtime/functions/NumberFunctions.h"
@@ -11,7 +12,6 @@
 #include "runtime/functions/StringFunctions.h"
 #include "runtime/functions/TimerFunctions.h"
 #include "support/ReportedErrors.h"
-#include "runtime/functions/BuiltinTestSupport.h"
 
 namespace {
 
@@ -54,9 +54,11 @@ const MessageCase kMessageCases[] = {
     {"NumberOperation", invokeFresh<NumberOperationFunction>, "[[0],[1]]", "array args size not match", "0"},
     // An unknown code skips its step and the fold goes on: 1 (skip 2) + 3.
     {"NumberOperation", invokeFresh<NumberOperationFunction>, "[[9,0],[1,2,3]]", "number operator not match", "4"},
-    {"BooleanOperation", invokeFresh<BooleanOperationFunction>, "[[0],[1,2],3]", "bool operation args size not match", "false"},
+    {"BooleanOperation", invokeFresh<BooleanOperationFunction>, "[[0],[1,2],3]", "bool operation args size not match",
+     "false"},
     {"BooleanOperation", invokeFresh<BooleanOperationFunction>, "[[0,1],[1,2]]", "array args size not match", "false"},
-    {"ConditionalOperator", invokeFresh<ConditionalOperatorFunction>, "[true,1]", "conditional args size not match", "null"},
+    {"ConditionalOperator", invokeFresh<ConditionalOperatorFunction>, "[true,1]", "conditional args size not match",
+     "null"},
     {"NullFallback", invokeFresh<NullFallbackFunction>, "[1]", "NullFallback args size not match", "null"},
     {"PrefixUnary", invokeFresh<PrefixUnaryFunction>, "[1,2]", "PrefixUnaryFunction args size not match", "false"},
     {"Negative", invokeFresh<NegativeFunction>, "[]", "NagativeFunction args size not match", "0"},
@@ -72,7 +74,8 @@ const MessageCase kMessageCases[] = {
     {"Random", invokeFresh<RandomFunction>, "[1]", "random args size not match", "0"},
     {"TypeOf", invokeFresh<TypeOfFunction>, "[]", "TypeOf args size not match", "null"},
     // Strings.
-    {"StringReplace", invokeFresh<StringReplaceFunction>, "[\"a\",\"b\"]", "string replace args size not match", "null"},
+    {"StringReplace", invokeFresh<StringReplaceFunction>, "[\"a\",\"b\"]", "string replace args size not match",
+     "null"},
     {"SubString", invokeFresh<SubStringFunction>, "[\"abc\",1]", "sub_string args size not match", "null"},
     {"GetLength", invokeFresh<GetLengthFunction>, "[]", "get length args size not match", "0"},
     {"ToString", invokeFresh<ToStringFunction>, "[1,2]", "to string args size not match", "\"\""},
@@ -91,7 +94,8 @@ const MessageCase kMessageCases[] = {
     // Bridge, timers, video time and events: the count is checked before the
     // engine, so these report without one.
     {"CallBridge", invokeFresh<CallBridgeFunction>, "[\"m\",{}]", "call bridge args size not match", "null"},
-    {"CallBridgeSync", invokeFresh<CallBridgeSyncFunction>, "[\"m\",{},1]", "call bridge sync args size not match", "null"},
+    {"CallBridgeSync", invokeFresh<CallBridgeSyncFunction>, "[\"m\",{},1]", "call bridge sync args size not match",
+     "null"},
     {"CallBridgeSyncWithKeyPath", invokeFresh<CallBridgeSyncWithKeyPathFunction>, "[\"m\",{}]",
      "call bridge sync args size not match", "null"},
     {"SetTimeout", invokeFresh<SetTimeoutFunction>, "[100]", "set timeout args size not match", "null"},

@@ -46,6 +46,8 @@ const Invoke include = invokeFresh<IncludeFunction>;
 const Invoke arrayGet = invokeFresh<ArrayGetFunction>;
 const Invoke jsonGet = invokeFresh<JSONGetFunction>;
 
+// Several short rows share a line, grouped by function.
+// clang-format off
 const ResultCase kResults[] = {
     // Compare (code, a, b): numbers follow the code table; the code is truncated.
     {compare, "[0,1,1]", "true"}, {compare, "[0,1,2]", "false"}, {compare, "[1,1,2]", "true"},
@@ -181,6 +183,7 @@ const ResultCase kResults[] = {
     {jsonGet, "[{\"a\":{\"b\":1}},\"a\"]", "{\"b\":1}"}, {jsonGet, "[[1],\"0\",7]", "7"},
     {jsonGet, "[{\"1\":2},1,3]", "3"},
 };
+// clang-format on
 
 TEST(BuiltinResults, eachCaseGivesItsExactResultQuietly)
 {

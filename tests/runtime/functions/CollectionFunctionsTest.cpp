@@ -59,17 +59,14 @@ TEST(ArrayWalks, filterKeepsOnlyForARealBooleanTrue)
         const char* kept;
     };
     const Case cases[] = {
-        {Value(true), "[1,2,3]"},
-        {Value(false), "[]"},
-        {Value(1), "[]"},
-        {Value("x"), "[]"},
-        {json("{}"), "[]"},
+        {Value(true), "[1,2,3]"}, {Value(false), "[]"}, {Value(1), "[]"}, {Value("x"), "[]"}, {json("{}"), "[]"},
     };
     for (const Case& row : cases) {
         SCOPED_TRACE(canonicalJson(row.answer));
         RecordingCallback callback;
         callback.answer = [&row](const ArgList&) { return row.answer; };
-        EXPECT_EQ(canonicalJson(callBuiltin<ArrayFilterFunction>(ArgList{json("[1,2,3]"), callback.value()})), row.kept);
+        EXPECT_EQ(canonicalJson(callBuiltin<ArrayFilterFunction>(ArgList{json("[1,2,3]"), callback.value()})),
+                  row.kept);
     }
     RecordingCallback odd;
     odd.answer = [](const ArgList& args) { return Value(static_cast<int>(args[0].number()) % 2 == 1); };

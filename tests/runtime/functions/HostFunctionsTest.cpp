@@ -170,7 +170,7 @@ TEST(SendEvent, dispatchesTheNamedEventWithThePayload)
     EXPECT_TRUE(card.call("z", {Value("tap"), json("{\"x\":1}")}).isNull());
     EXPECT_EQ(canonicalJson(card.ui("tapped")), "{\"x\":1}");
     card.call("z", {Value("nobody"), Value(1)});  // an unhandled name does nothing
-    card.call("z", {Value(5), Value(1)});  // a non-string name reads as ""
+    card.call("z", {Value(5), Value(1)});         // a non-string name reads as ""
     EXPECT_EQ(canonicalJson(card.ui("tapped")), "{\"x\":1}");
 }
 
@@ -253,7 +253,8 @@ TEST(HostFunctions, aGoneEngineAsksNothingOfTheHostAndReportsNothing)
     std::string printed = printedOutput([&] {
         EXPECT_TRUE(callBuiltin<CallBridgeFunction>(ArgList{Value("m"), Value(), callback}, weak).isNull());
         EXPECT_TRUE(callBuiltin<CallBridgeSyncFunction>(ArgList{Value("m"), Value()}, weak).isNull());
-        EXPECT_TRUE(callBuiltin<CallBridgeSyncWithKeyPathFunction>(ArgList{Value("m"), Value(), Value()}, weak).isNull());
+        EXPECT_TRUE(
+            callBuiltin<CallBridgeSyncWithKeyPathFunction>(ArgList{Value("m"), Value(), Value()}, weak).isNull());
         EXPECT_TRUE(callBuiltin<SetTimeoutFunction>(ArgList{Value(1), callback}, weak).isNull());
         EXPECT_TRUE(callBuiltin<VideoTimeOnceFunction>(ArgList{Value(1), callback}, weak).isNull());
         EXPECT_TRUE(callBuiltin<VideoTimeStartFunction>(ArgList{Value(1), Value(2)}, weak).isNull());

@@ -46,7 +46,8 @@ TEST(OperatorResults, areTheOperandsThemselvesSharingTheirContainers)
     EXPECT_EQ(canonicalJson(operands), "[[1],2]");  // a copy: the operands stay
 
     Value array = json("[1]");
-    EXPECT_EQ(callBuiltin<ConditionalOperatorFunction>(ArgList{Value(true), array, Value()}).arrayPtr(), array.arrayPtr());
+    EXPECT_EQ(callBuiltin<ConditionalOperatorFunction>(ArgList{Value(true), array, Value()}).arrayPtr(),
+              array.arrayPtr());
     EXPECT_EQ(callBuiltin<NullFallbackFunction>(ArgList{Value(), array}).arrayPtr(), array.arrayPtr());
 }
 
@@ -99,7 +100,8 @@ TEST(CurrentTime, givesWholeMillisecondsSinceTheEpochWhateverTheArguments)
 
 TEST(TypeOf, aCallbackIsAnObject)
 {
-    EXPECT_EQ(callBuiltin<TypeOfFunction>(ArgList{callbackValue([](ArgList&&) { return Value(); })}).string(), "object");
+    EXPECT_EQ(callBuiltin<TypeOfFunction>(ArgList{callbackValue([](ArgList&&) { return Value(); })}).string(),
+              "object");
 }
 
 }  // namespace
