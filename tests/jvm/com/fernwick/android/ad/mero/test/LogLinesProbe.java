@@ -4,7 +4,7 @@ import java.util.List;
 
 /**
  * Run in a child JVM: one card with logging on and debugMode off, through
- * every native that logs. The parent compares its standard error, where the
+ * every native that logs, then one with logging off. The parent compares its standard error, where the
  * desktop log writes, with EXPECTED.
  */
 public final class LogLinesProbe {
@@ -40,7 +40,16 @@ public final class LogLinesProbe {
         host.markDirty(1, "title");
         host.sendEvent(1, "startVideo", "");
         host.executeVideoTimerJob(1, host.videoTasks.get(0).ids[0]);
+        host.clearVideoTimerJobs(1);
+        host.executeVideoTimerJob(1, host.videoTasks.get(0).ids[1]);
         host.sendEvent(1, "echo", "{\"n\": -}");
         card.release();
+
+        // Logging off again: a whole card, an event and a fault log nothing.
+        Card quiet = new Card(2);
+        quiet.start(Templates.CARD, "{}", "{}", 750f, 1334f, 1, 1, false, false);
+        quiet.host.sendEvent(2, "tapTitle", "");
+        quiet.host.sendEvent(2, "echo", "{\"n\": -}");
+        quiet.release();
     }
 }
