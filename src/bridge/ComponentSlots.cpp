@@ -23,7 +23,7 @@ namespace {
 // then its style.
 struct LayoutSlot {
     uint32_t propertyId;
-    double LayoutCache::* field;
+    double LayoutCache::*field;
 };
 
 constexpr std::array<LayoutSlot, 12> layoutSlots{{
@@ -43,7 +43,7 @@ constexpr std::array<LayoutSlot, 12> layoutSlots{{
 
 struct StyleSlot {
     uint32_t propertyId;
-    double StyleCache::* field;
+    double StyleCache::*field;
 };
 
 constexpr std::array<StyleSlot, 14> styleSlots{{

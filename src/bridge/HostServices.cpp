@@ -59,11 +59,11 @@ std::pair<double, double> measureText(const MeroInstance& instance, const TextCo
     JNIEnv* env = link.env;
     jmethodID method = methodOfNativeClass(env, "measureText", "(Ljava/lang/String;FIIFFFIFI)[F");
     jstring text = newJavaString(env, content.text != nullptr ? *content.text : std::string());
-    auto size = static_cast<jfloatArray>(env->CallObjectMethod(
-        link.hostObject, method, text, static_cast<jfloat>(content.fontSize), content.textStyle, content.maxLines,
-        static_cast<jfloat>(content.lineHeight), static_cast<jfloat>(content.textInterval),
-        static_cast<jfloat>(content.width), content.widthMode, static_cast<jfloat>(content.height),
-        content.heightMode));
+    auto size = static_cast<jfloatArray>(
+        env->CallObjectMethod(link.hostObject, method, text, static_cast<jfloat>(content.fontSize), content.textStyle,
+                              content.maxLines, static_cast<jfloat>(content.lineHeight),
+                              static_cast<jfloat>(content.textInterval), static_cast<jfloat>(content.width),
+                              content.widthMode, static_cast<jfloat>(content.height), content.heightMode));
     env->DeleteLocalRef(text);
     // Copied out rather than pinned, so nothing is left to release.
     jfloat values[2] = {0.0F, 0.0F};

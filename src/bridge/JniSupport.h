@@ -21,8 +21,7 @@ class JniUtfString {
 public:
     JniUtfString(JNIEnv* env, jstring text)
         : env_(env), text_(text), chars_(text != nullptr ? env->GetStringUTFChars(text, nullptr) : nullptr)
-    {
-    }
+    {}
     ~JniUtfString()
     {
         if (chars_ != nullptr) {

@@ -119,8 +119,8 @@ jobject callCreateComponent(JNIEnv* env, jobject host, const ComponentSlots& slo
     jclass hostClass = env->GetObjectClass(host);
     jmethodID create = env->GetMethodID(hostClass, "createComponent", kCreateComponentSignature);
     env->DeleteLocalRef(hostClass);
-    jobject component = env->CallObjectMethod(host, create, static_cast<jint>(slots.type), ints, floats, strings,
-                                              booleans, gradient);
+    jobject component =
+        env->CallObjectMethod(host, create, static_cast<jint>(slots.type), ints, floats, strings, booleans, gradient);
     env->DeleteLocalRef(ints);
     env->DeleteLocalRef(floats);
     env->DeleteLocalRef(strings);
@@ -226,8 +226,7 @@ void releaseHostComponents(ViewRenderNode* node)
 
 RenderViewController::RenderViewController(MeroInstance& owner, std::string nodeId)
     : instance(owner), componentId(std::move(nodeId))
-{
-}
+{}
 
 JNIEnv* RenderViewController::env() const
 {
@@ -269,8 +268,8 @@ void RenderViewController::updateChildren(const std::vector<ChildChange>& change
             for (ViewRenderNode* view : change.node->collectHostNodes().value_or(HostNodeList())) {
                 jobject child = createHostComponent(owner, *view);
                 if (child != nullptr) {
-                    callOnObject(jni, parent, "addChildAt", "(ILcom/fernwick/android/ad/mero/MRComponent;)V",
-                                 index++, child);
+                    callOnObject(jni, parent, "addChildAt", "(ILcom/fernwick/android/ad/mero/MRComponent;)V", index++,
+                                 child);
                     jni->DeleteLocalRef(child);
                 }
             }

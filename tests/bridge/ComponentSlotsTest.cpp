@@ -1,11 +1,10 @@
 // The slot rules of createComponent, without a JVM: where each host property
 // id lands, the fixed string slots and the gradient.
-#include "bridge/ComponentSlots.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 
+#include "bridge/ComponentSlots.h"
 #include "engine/MeroInstance.h"
 #include "render/ViewRenderNode.h"
 #include "runtime/RuntimeEngine.h"

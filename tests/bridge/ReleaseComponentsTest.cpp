@@ -41,8 +41,7 @@ TEST(ReleaseHostComponents, ChildrenGoBeforeTheirParentAndHiddenOnesStay)
         {"$": 3, "nodeId": "flat", "isEmpty": true, "children": [{"$": 0, "nodeId": "c"}]}]}})");
     instance.initNode();
     for (const char* id : {"root", "row", "a", "b", "hidden", "flat", "c"}) {
-        Mero::findRenderNode(instance.runtime().rootNode.get(), id)->component =
-            new LoggingComponent(id, released);
+        Mero::findRenderNode(instance.runtime().rootNode.get(), id)->component = new LoggingComponent(id, released);
     }
 
     Mero::releaseHostComponents(instance.runtime().rootNode.get());

@@ -1,7 +1,5 @@
 // The engine instance without a host: set-up order, container sizes, jobs,
 // bridge answers, node search and the controllers it destroys.
-#include "engine/MeroInstance.h"
-
 #include <gtest/gtest.h>
 #include <yoga/Yoga.h>
 
@@ -10,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/MeroInstance.h"
 #include "render/Component.h"
 #include "render/ContainerRenderNode.h"
 #include "render/ViewRenderNode.h"
