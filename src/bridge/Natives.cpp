@@ -59,14 +59,15 @@ void initMREngine(JNIEnv* env, jobject self, jint handle, jboolean log, jboolean
         debugMode = debug != JNI_FALSE;
         logBridge("initMREngine");
         redirectStdoutToAndroidLog();
+        // A handle already taken keeps its instance: a new one would never
+        // be reachable, so none is made.
+        if (findInstance(handle) != nullptr) {
+            return;
+        }
         auto instance = std::make_unique<MeroInstance>();
         instance->host.reset(new HostLink{env, env->NewGlobalRef(self)});
         installHostHooks(*instance);
-        if (!registerInstance(handle, std::move(instance))) {
-            // The handle is taken: the earlier instance stays, and the new
-            // one, never reachable, goes with its reference.
-            env->DeleteGlobalRef(instance->host->hostObject);
-        }
+        registerInstance(handle, std::move(instance));
     });
 }
 

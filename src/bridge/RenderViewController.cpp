@@ -246,6 +246,7 @@ void RenderViewController::updateChildren(const std::vector<ChildChange>& change
     JNIEnv* jni = env();
     jobject host = hostObject();
     const std::string id = componentId;
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the original may be cleared under us
     const std::vector<ChildChange> pending = changes;
     for (const ChildChange& change : pending) {
         // A change carries no kind: the child's flag says whether it was

@@ -251,7 +251,7 @@ void MeroInstance::sendSwiperEvent(const std::string& componentId, int32_t index
     runtime->flush();
 }
 
-int32_t MeroInstance::addTimeoutJob(HostJob job)
+int32_t MeroInstance::addTimeoutJob(HostJob&& job)
 {
     const int32_t id = drawJobId();
     timeoutJobs.try_emplace(id, std::move(job));
@@ -303,6 +303,7 @@ BridgeCallbackId MeroInstance::holdReply(BridgeReply reply)
 void MeroInstance::handleResult(std::string_view result, BridgeCallbackId callbackId)
 {
     // Owned from here: freed once answered, also when the answer throws.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the id is the reply's address, by contract
     std::unique_ptr<BridgeReply> reply(reinterpret_cast<BridgeReply*>(callbackId));
     Value value = JsonParser::read(result);
     (*reply)(std::move(value));
@@ -310,6 +311,7 @@ void MeroInstance::handleResult(std::string_view result, BridgeCallbackId callba
 
 void MeroInstance::handleKeyPathResult(std::string_view result, BridgeCallbackId callbackId)
 {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the id is the reply's address, by contract
     std::unique_ptr<BridgeReply> reply(reinterpret_cast<BridgeReply*>(callbackId));
     const Value value = JsonParser::read(result);
     const ValueObject& members = value.object();

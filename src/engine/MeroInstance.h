@@ -66,7 +66,7 @@ public:
     // Jobs. Ids are drawn with rand() % 10000 and never checked: an id that
     // is already taken keeps the earlier job and drops the new one, while the
     // host is still told the id. Kept on purpose.
-    int32_t addTimeoutJob(HostJob job);
+    int32_t addTimeoutJob(HostJob&& job);
     // The first id of the entries' consecutive ids; nothing for an empty list.
     std::optional<int32_t> addVideoTimerJobs(VideoTimerList& entries);
     void executeTimeoutJob(int32_t jobId);
