@@ -5,6 +5,8 @@
 // render properties bound to it; it also converts template sizes into Yoga
 // values and holds the host hooks. The engine instance holds it through a
 // shared pointer; everything that outlives one call holds it only weakly.
+// Running script needs that shared owner: the engine hands out weak pointers
+// to itself (make it with std::make_shared).
 #pragma once
 
 #include <yoga/Yoga.h>
@@ -109,7 +111,7 @@ public:
 
     ObjectPtr uiVariables;      // "uiRef"
     ObjectPtr globalVariables;  // "globalRef"
-    ObjectPtr data;             // set by the host's data; "$root" reads it whole
+    ObjectPtr data;             // set by the host's data, never null; "$root" reads it whole
     Value elements;             // the template's element tree, unread here
 
     std::unordered_map<std::string, MRFunctionPtr> functionTable;
