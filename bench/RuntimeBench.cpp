@@ -14,9 +14,9 @@
 
 namespace {
 
-std::string readTemplate(const char* name)
+std::string readFile(const std::filesystem::path& path)
 {
-    std::ifstream in(std::filesystem::path(MERO_BENCH_DATA) / name, std::ios::binary);
+    std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
@@ -35,20 +35,26 @@ std::shared_ptr<Mero::RuntimeEngine> loadedEngine(std::string_view text)
     return engine;
 }
 
-void BM_TemplateLoad(benchmark::State& state, const char* file)
+void BM_TemplateLoad(benchmark::State& state, const std::filesystem::path& path)
 {
-    const std::string text = readTemplate(file);
-    if (text.empty()) {
-        state.SkipWithError("template missing from bench/data");
-        return;
-    }
+    const std::string text = readFile(path);
     for (auto _ : state) {
         benchmark::DoNotOptimize(loadedEngine(text));
     }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(text.size()));
 }
-BENCHMARK_CAPTURE(BM_TemplateLoad, app_install, "app_install_template.json")->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(BM_TemplateLoad, carousel, "carousel_template.json")->Unit(benchmark::kMicrosecond);
+
+// One load benchmark per template of bench/data (files named *template*.json).
+const bool templateLoadsRegistered = [] {
+    for (const auto& entry : std::filesystem::directory_iterator(MERO_BENCH_DATA)) {
+        const std::string file = entry.path().filename().string();
+        if (entry.path().extension() == ".json" && file.find("template") != std::string::npos) {
+            const std::string name = "BM_TemplateLoad/" + entry.path().stem().string();
+            benchmark::RegisterBenchmark(name.c_str(), BM_TemplateLoad, entry.path())->Unit(benchmark::kMicrosecond);
+        }
+    }
+    return true;
+}();
 
 // "set" stores its payload in v; two bound properties watch v.
 void BM_EventSetVariable(benchmark::State& state)
