@@ -200,6 +200,15 @@ TEST(ForRange, ReReadsTheEndEveryRound)
     EXPECT_EQ(canonicalJson(card.ui("seen")), "[0,1,2]");
 }
 
+TEST(ForRange, ANaNEndDoesNotEndTheLoop)
+{
+    TemplateHarness card(R"({"variables": {"seen": []}})");
+    // 0 / 0 as the end; the body leaves by itself after three rounds.
+    card.run(withRecord(R"([{"$": 7, "startIndex": 0, "endIndex": {"$": 5, "n": "1", "a": [[3], [0, 0]]}, "index": "v",
+        "b": [RECORD, {"$": 6, "c": [{"$": 5, "n": "0", "a": [0, {"$": 1, "n": "v"}, 2]}], "bs": [[{"$": 12}]]}]}])"));
+    EXPECT_EQ(canonicalJson(card.ui("seen")), "[0,1,2]");
+}
+
 TEST(ForRange, EmptyBodyEvaluatesNothing)
 {
     TemplateHarness card(R"({"functions": [{"n": "touch", "a": [], "b": [{"$": 18, "n": "touched", "value": 1}]}]})");

@@ -59,7 +59,12 @@ Value ForRange::execute(const LocalScope& scope, const EngineRef& engine)
     }
     Value result = completed();
     int32_t index = truncateToInt32(startIndex_->value(scope, engine).number());
-    while (endIndex_->value(scope, engine).number() > static_cast<double>(index)) {
+    for (;;) {
+        // Only an end at or below the index ends the loop: a NaN end does
+        // not (the loop then runs to the counter's limit).
+        if (endIndex_->value(scope, engine).number() <= static_cast<double>(index)) {
+            break;
+        }
         (*scope)[index_] = Value(index);
         Value completion = runStatements(body_, scope, engine);
         Round round = classify(completion);
