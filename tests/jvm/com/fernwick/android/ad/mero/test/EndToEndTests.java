@@ -30,6 +30,7 @@ public final class EndToEndTests {
         Check.run("animated and boxed updates", EndToEndTests::liveUpdates);
         Check.run("an image is measured from its view's content size", EndToEndTests::contentSize);
         Check.run("a root shown later becomes the root view", EndToEndTests::rootShownLater);
+        Check.run("updateEnv moves a card to another thread", EndToEndTests::otherThread);
         Check.run("updateLayout acts only on a size change", EndToEndTests::updateLayout);
         Check.run("markDirty re-measures content-sized nodes only", EndToEndTests::markDirty);
         Check.run("released and unknown handles do nothing", EndToEndTests::releasedHandles);
@@ -322,6 +323,23 @@ public final class EndToEndTests {
         List<String> seen = card.seen();
         equal("createComponent 3 root", seen.get(0), "the root's view is made again");
         equal("addRootView root", seen.get(seen.size() - 1), "and handed to the host as its root view");
+        card.release();
+    }
+
+    private static void otherThread() throws Exception {
+        Card card = Card.show(21, Templates.CARD, "{}", 750f, 1334f);
+        card.seen();
+        Thread driver = new Thread(() -> {
+            card.host.updateEnv(21);
+            card.host.sendClickEvent(21, "title");
+            card.host.sendEvent(21, "showBadge", "");
+        });
+        driver.start();
+        driver.join();
+        card.host.updateEnv(21);
+        equal(List.of("update title 203=STapped", "createComponent 0 badge", "addChildAt root 1 badge",
+                "update logo 2=F160.0", "update answer 2=F260.0"), card.seen(),
+                "views made and updated from the other thread");
         card.release();
     }
 
