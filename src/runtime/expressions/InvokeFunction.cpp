@@ -23,7 +23,9 @@ void traceInvoke(const std::string& name, const std::vector<Value>& args)
     for (const Value& arg : args) {
         std::cout << arg << ",";
     }
-    std::cout << "]" << '\n';
+    // std::endl, not '\n': each trace line is flushed, so it becomes one log
+    // entry of its own once standard output is redirected into the log.
+    std::cout << "]" << std::endl;
 }
 
 }  // namespace
@@ -40,7 +42,7 @@ Value InvokeFunction::value(const LocalScope& scope, const EngineRef& engine)
     }
     Value result = call(scope, engine, std::move(args));
     if (traces(name_)) {
-        std::cout << "Mero_log-> func result: " << result << '\n' << '\n';
+        std::cout << "Mero_log-> func result: " << result << std::endl << std::endl;
     }
     return result;
 }

@@ -13,7 +13,8 @@ namespace {
 void traceSet(const char* table, const std::string& name, const Value& value)
 {
     if (debugMode) {
-        std::cout << "Mero_log-> set " << table << ", name: " << name << " value: " << value << '\n';
+        // Flushed, so that each trace line is one log entry of its own.
+        std::cout << "Mero_log-> set " << table << ", name: " << name << " value: " << value << std::endl;
     }
 }
 
