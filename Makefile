@@ -1,6 +1,6 @@
-# The front door. `make test` is all a fresh clone needs (after .ci/run's
-# packages): it configures, builds and runs every test, then does it again
-# under AddressSanitizer + UndefinedBehaviorSanitizer.
+# The front door. `make test` is all a fresh clone needs: it installs missing
+# Debian packages, fetches Yoga on the first configure, builds everything and
+# runs every test, then does it again under AddressSanitizer + UBSan.
 
 JOBS        ?= 2
 BUILD       ?= build
@@ -10,24 +10,30 @@ FUZZ_SECONDS ?= 60
 CMAKE_ARGS  ?=
 GENERATOR   := $(if $(shell command -v ninja 2>/dev/null),-G Ninja,)
 
-.PHONY: all build test test-unit test-asan bench fuzz format lint clean
+.PHONY: all deps build test test-unit test-asan bench fuzz format lint clean
 
 all: build
 
-$(BUILD)/CMakeCache.txt:
+# Installs missing Debian packages (needs root or sudo); quick when all are there.
+deps:
+	@bash tools/install-deps.sh
+
+$(BUILD)/CMakeCache.txt: | deps
 	cmake -S . -B $(BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo $(CMAKE_ARGS)
 
-$(ASAN_BUILD)/CMakeCache.txt:
+$(ASAN_BUILD)/CMakeCache.txt: | deps
 	cmake -S . -B $(ASAN_BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DMERO_SANITIZE=ON $(CMAKE_ARGS)
 
 $(FUZZ_BUILD)/CMakeCache.txt:
 	cmake -S . -B $(FUZZ_BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo \
 	  -DCMAKE_CXX_COMPILER=clang++ -DMERO_FUZZ=ON -DMERO_BUILD_TESTS=OFF -DMERO_BUILD_BENCH=OFF $(CMAKE_ARGS)
 
-build: $(BUILD)/CMakeCache.txt
+build: deps $(BUILD)/CMakeCache.txt
 	cmake --build $(BUILD) -j $(JOBS)
 
-test: test-unit test-asan
+test: deps
+	$(MAKE) test-unit
+	$(MAKE) test-asan
 
 test-unit: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
