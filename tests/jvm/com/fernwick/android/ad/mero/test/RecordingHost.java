@@ -2,6 +2,7 @@ package com.fernwick.android.ad.mero.test;
 
 import com.fernwick.android.ad.mero.MRComponent;
 import com.fernwick.android.ad.mero.components.GradientInfo;
+import com.fernwick.android.ad.mero.components.swiper.MRSwiperComponent;
 import com.fernwick.android.ad.mero.nativ_.MeroNative;
 
 import java.util.ArrayList;
@@ -13,129 +14,124 @@ import java.util.Map;
 import java.util.Set;
 
 /**
- * A host that records every call the engine makes, as one line each with
+ * One card's host: records every call the engine makes, one line each with
  * copies of the arguments, and answers with values a test sets beforehand.
  */
 public class RecordingHost extends MeroNative {
-    /** One createComponent call, with copies of its arrays. */
-    public static final class Created {
-        public int type;
-        public int[] ints;
-        public float[] floats;
-        public String[] strings;
-        public boolean[] booleans;
-        public Integer gradientType;
-        public String[] gradientColors;
-        public float[] gradientPositions;
+    /** One createComponent call's arguments, copied. */
+    record Created(int[] ints, float[] floats, String[] strings, boolean[] booleans, GradientInfo gradient) {}
 
-        public String id() {
-            return strings[0];
+    /** A host view; every view is a swiper, so start() is recorded wherever the engine calls it. */
+    final class View extends MRSwiperComponent {
+        final String id;
+
+        View(String id) {
+            this.id = id;
         }
+
+        @Override public void addChild(MRComponent child) { calls.add("addChild " + id + " " + child); }
+        @Override public void addChildAt(int index, MRComponent child) {
+            calls.add("addChildAt " + id + " " + index + " " + child);
+        }
+        @Override public void removeChildAt(int index) { calls.add("removeChildAt " + id + " " + index); }
+        @Override public float[] getContentSize() {
+            calls.add("getContentSize " + id);
+            return contentSize.clone();
+        }
+        @Override public void start() { calls.add("start " + id); }
+        @Override public String toString() { return id; }
     }
 
-    public static final class BridgeCall {
-        public String method;
-        public String params;
-        public String keyPath;
-        public long callbackId;
-    }
+    final int handle;
+    final List<String> calls = new ArrayList<>();
+    /** measureText calls, kept apart: most changes re-measure a text. */
+    final List<String> measures = new ArrayList<>();
+    /** The last createComponent for each node id. */
+    final Map<String, Created> created = new HashMap<>();
+    final Map<String, MRComponent> views = new HashMap<>();
+    final List<Integer> timeoutIds = new ArrayList<>();
+    final List<int[]> videoIds = new ArrayList<>();
+    final List<Long> callbackIds = new ArrayList<>();
+    MRComponent root;
 
-    public static final class VideoTask {
-        public long second;
-        public int first;
-        public int[] times;
-        public int[] ids;
-    }
-
-    public final int handle;
-    public final List<String> calls = new ArrayList<>();
-    public final List<Created> created = new ArrayList<>();
-    public final Map<String, MRComponent> componentsById = new HashMap<>();
-    public final List<long[]> timeouts = new ArrayList<>();
-    public final List<VideoTask> videoTasks = new ArrayList<>();
-    public final List<BridgeCall> bridgeCalls = new ArrayList<>();
-
-    /** Node ids whose createComponent answers null. */
-    public final Set<String> refusedIds = new HashSet<>();
-    /** What measureText answers. */
-    public float[] textSize = {120f, 30f};
-    /** What every component's getContentSize answers. */
-    public float[] contentSize = {200f, 50f};
+    // What the host answers, and how start() sets the card up.
+    final Set<String> refusedIds = new HashSet<>();
+    float[] textSize = {120f, 30f};
+    float[] contentSize = {200f, 50f};
     /** Key-path bridge methods answered at once, inside the call: method to result JSON. */
-    public final Map<String, String> immediateKeyPathResults = new HashMap<>();
+    final Map<String, String> keyPathReplies = new HashMap<>();
+    float screenWidth = 750f;
+    String data = "{}";
+    String extraData = "{}";
+    boolean logEnabled;
+    boolean debugMode = true;
 
-    public RecordingHost(int handle) {
+    RecordingHost(int handle) {
         this.handle = handle;
     }
 
-    static String box(Object value) {
-        if (value instanceof Float) {
-            return "F" + value;
-        }
-        if (value instanceof Boolean) {
-            return "B" + value;
-        }
-        if (value instanceof String) {
-            return "S" + value;
-        }
-        return value == null ? "null" : "?" + value.getClass().getName();
+    /** A card through every set-up native in the host's order, its container exactly 750 by 1334. */
+    static RecordingHost show(int handle, String template) {
+        return new RecordingHost(handle).start(template);
     }
 
-    /** The calls recorded since the last take, then forgets them. */
-    public List<String> take() {
+    RecordingHost start(String template) {
+        initMREngine(handle, logEnabled, debugMode);
+        updateEnv(handle);
+        setScreenWidth(handle, screenWidth);
+        loadTemplate(handle, template);
+        setData(handle, data, extraData);
+        initContainerSize(handle, 750f, 1334f, 1, 1);
+        initNode(handle);
+        triggerInitEvent(handle);
+        applyLayout(handle);
+        root = createComponentTree(handle);
+        return this;
+    }
+
+    void event(String name) {
+        sendEvent(handle, name, "");
+    }
+
+    void event(String name, String payload) {
+        sendEvent(handle, name, payload);
+    }
+
+    void click(String componentId) {
+        sendClickEvent(handle, componentId);
+    }
+
+    /** The calls recorded since the last take; forgets the measurements too. */
+    List<String> take() {
         List<String> seen = new ArrayList<>(calls);
         calls.clear();
+        measures.clear();
         return seen;
     }
 
-    public Created createdFor(String id) {
-        for (int i = created.size() - 1; i >= 0; i--) {
-            if (created.get(i).id().equals(id)) {
-                return created.get(i);
-            }
-        }
-        return null;
+    static String box(Object value) {
+        return (value instanceof Float ? "F" : value instanceof Boolean ? "B" : value instanceof String ? "S" : "?")
+                + value;
     }
 
     @Override
     public MRComponent createComponent(
             int type, int[] ints, float[] floats, String[] strings, boolean[] booleans, GradientInfo gradient) {
-        Created record = new Created();
-        record.type = type;
-        record.ints = ints.clone();
-        record.floats = floats.clone();
-        record.strings = strings.clone();
-        record.booleans = booleans.clone();
-        if (gradient != null) {
-            record.gradientType = gradient.type;
-            record.gradientColors = gradient.colors.clone();
-            record.gradientPositions = gradient.positions.clone();
-        }
-        created.add(record);
+        GradientInfo copy = gradient == null ? null
+                : new GradientInfo(gradient.type, gradient.colors.clone(), gradient.positions.clone());
         String id = strings[0];
+        created.put(id, new Created(ints.clone(), floats.clone(), strings.clone(), booleans.clone(), copy));
         calls.add("createComponent " + type + " " + id);
         if (refusedIds.contains(id)) {
             return null;
         }
-        MRComponent component = type == 8 ? new RecordingSwiper(this, id) : new RecordingComponent(this, id);
-        componentsById.put(id, component);
-        return component;
+        views.put(id, new View(id));
+        return views.get(id);
     }
 
-    @Override
-    public void addRootView(MRComponent root) {
-        calls.add("addRootView " + RecordingComponent.idOf(root));
-    }
-
-    @Override
-    public void removeRootView() {
-        calls.add("removeRootView");
-    }
-
-    @Override
-    public MRComponent findComponentById(String componentId) {
-        return componentsById.get(componentId);
-    }
+    @Override public void addRootView(MRComponent view) { calls.add("addRootView " + view); }
+    @Override public void removeRootView() { calls.add("removeRootView"); }
+    @Override public MRComponent findComponentById(String componentId) { return views.get(componentId); }
 
     @Override
     public void updateComponentProperty(String componentId, int propertyId, Object value) {
@@ -152,7 +148,7 @@ public class RecordingHost extends MeroNative {
     @Override
     public float[] measureText(String text, float fontSize, int style, int maxLines, float lineHeight,
             float textInterval, float width, int widthMode, float height, int heightMode) {
-        calls.add("measureText " + text + " " + fontSize + " " + style + " " + maxLines + " " + lineHeight + " "
+        measures.add("measureText " + text + " " + fontSize + " " + style + " " + maxLines + " " + lineHeight + " "
                 + textInterval + " " + width + " " + widthMode + " " + height + " " + heightMode);
         return textSize.clone();
     }
@@ -160,47 +156,31 @@ public class RecordingHost extends MeroNative {
     @Override
     public void setTimeout(long delay, int jobId) {
         calls.add("setTimeout " + delay);
-        timeouts.add(new long[] {delay, jobId});
+        timeoutIds.add(jobId);
     }
 
+    /** Recorded with the ids relative to the first, which is random. */
     @Override
     public void startVideoTimerTask(long second, int first, int[] times, int[] ids) {
-        calls.add("startVideoTimerTask " + second + " " + first + " " + Arrays.toString(times));
-        VideoTask task = new VideoTask();
-        task.second = second;
-        task.first = first;
-        task.times = times.clone();
-        task.ids = ids.clone();
-        videoTasks.add(task);
+        calls.add("startVideoTimerTask " + second + " " + first + " " + Arrays.toString(times) + " "
+                + Arrays.toString(Arrays.stream(ids).map(id -> id - ids[0]).toArray()));
+        videoIds.add(ids.clone());
     }
 
-    @Override
-    public void sendALog(String message) {
-        calls.add("sendALog " + message);
-    }
+    @Override public void sendALog(String message) { calls.add("sendALog " + message); }
 
     @Override
     public void callJSB(String method, String paramsJson, long callbackId) {
         calls.add("callJSB " + method + " " + paramsJson);
-        BridgeCall call = new BridgeCall();
-        call.method = method;
-        call.params = paramsJson;
-        call.callbackId = callbackId;
-        bridgeCalls.add(call);
+        callbackIds.add(callbackId);
     }
 
     @Override
     public void callJSBWithKeyPath(String method, String paramsJson, String keyPathJson, long callbackId) {
         calls.add("callJSBWithKeyPath " + method + " " + paramsJson + " " + keyPathJson);
-        BridgeCall call = new BridgeCall();
-        call.method = method;
-        call.params = paramsJson;
-        call.keyPath = keyPathJson;
-        call.callbackId = callbackId;
-        bridgeCalls.add(call);
-        String answer = immediateKeyPathResults.get(method);
-        if (answer != null) {
-            handleKeyPathResult(handle, answer, callbackId);
+        callbackIds.add(callbackId);
+        if (keyPathReplies.containsKey(method)) {
+            handleKeyPathResult(handle, keyPathReplies.get(method), callbackId);
         }
     }
 }
