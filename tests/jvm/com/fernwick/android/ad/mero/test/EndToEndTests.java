@@ -11,6 +11,7 @@ import java.util.Arrays;
 import java.util.List;
 import java.util.Objects;
 import java.util.StringJoiner;
+import java.util.stream.Stream;
 
 /**
  * Drives libmero.so through its 21 natives on a real JVM with a recording
@@ -178,14 +179,18 @@ public final class EndToEndTests {
         });
     }
 
-    /** Slots of the view made for id, joined by "|": a buffer letter (i, f, s, b), then slot numbers. */
+    /** Slots of the view made for id, joined by "|": a buffer letter (i, f, s, b) before its slot numbers. */
     private static String slots(RecordingHost card, String id, String spec) {
         RecordingHost.Created made = card.created.get(id);
-        String[] words = spec.split(" ");
         StringJoiner text = new StringJoiner("|");
-        for (String slot : Arrays.copyOfRange(words, 1, words.length)) {
-            int i = Integer.parseInt(slot);
-            text.add(switch (words[0]) {
+        String buffer = "";
+        for (String word : spec.split(" ")) {
+            if (Character.isLetter(word.charAt(0))) {
+                buffer = word;
+                continue;
+            }
+            int i = Integer.parseInt(word);
+            text.add(switch (buffer) {
                 case "i" -> String.valueOf(made.ints()[i]);
                 case "f" -> String.valueOf(made.floats()[i]);
                 case "b" -> String.valueOf(made.booleans()[i]);
@@ -193,6 +198,13 @@ public final class EndToEndTests {
             });
         }
         return text.toString();
+    }
+
+    /** Each row: a node id, the slots, and their exact contents. */
+    private static void slotRows(RecordingHost card, String[][] rows) {
+        for (String[] row : rows) {
+            equal(row[2], slots(card, row[0], row[1]), row[0] + " " + row[1]);
+        }
     }
 
     private static void lifecycle() {
@@ -205,16 +217,11 @@ public final class EndToEndTests {
         equal(List.of("createComponent 3 root",
                 "createComponent 4 title", "addChild root title", "createComponent 5 logo", "createComponent 4 answer",
                 "addChild root answer"), card.take(), "views made; the hidden badge and the refused logo not added");
-        String[][] rows = {
+        slotRows(card, new String[][] {
             {"root", "f 0 1", "750.0|400.0"},
-            {"title", "f 0 1 2 3 24", "120.0|30.0|0.0|0.0|24.0"},
-            {"title", "s 3 7", "Hello|tapTitle"},
-            {"title", "i 0", "2"},
+            {"title", "f 0 1 2 3 24 s 3 7 i 0", "120.0|30.0|0.0|0.0|24.0|Hello|tapTitle|2"},
             {"logo", "f 0 1 2 3", "100.0|50.0|120.0|0.0"},
-        };
-        for (String[] row : rows) {
-            equal(row[2], slots(card, row[0], row[1]), row[0] + " " + row[1]);
-        }
+        });
         card.releaseInstance(card.handle);
     }
 
@@ -231,35 +238,22 @@ public final class EndToEndTests {
                 "addChild root inner1", "createComponent 0 inner3", "addChild root inner3"),
                 card.take(),
                 "every kind made; the flattened group hands up its shown children");
-        String[][] rows = {
+        slotRows(card, new String[][] {
             {"view", "f 0 1 4 8 15 16 22 36", "200.0|100.0|4.0|0.5|45.0|8.0|2.0|3.0"},
             {"view", "s 1 2 7 22", "#FF0000FF|#00FF00FF|tapView|{\"name\":\"pulse\"}"},
-            {"text", "s 3 4 22", "Hi|#123456FF|"},
-            {"text", "i 0 1 2", "3|700|1"},
-            {"text", "f 24 25 26", "28.0|34.0|2.0"},
-            {"image", "s 6", "https://cdn.example/a.png"},
-            {"image", "i 3", "2"},
-            {"progress", "s 11 12 13 14 15 16 17 18 19 20 21",
-                "#A1|#A2|#A3|#A4|#A5|Get|Loading|Paused|Open|Installed|{\"appId\":12}"},
-            {"progress", "f 24", "20.0"},
-            {"progress", "i 1", "500"},
-            {"rating", "f 28 29 30", "4.5|12.0|0.3"},
-            {"rating", "s 10", "#FFD700FF"},
-            {"swiper", "f 31 32", "400.0|3000.0"},
-            {"swiper", "i 4", "1"},
-            {"swiper", "b 0 1 2", "true|true|true"},
+            {"text", "s 3 4 22 i 0 1 2 f 24 25 26", "Hi|#123456FF||3|700|1|28.0|34.0|2.0"},
+            {"image", "s 6 i 3", "https://cdn.example/a.png|2"},
+            {"progress", "s 11 12 13 14 15 16 17 18 19 20 21 f 24 i 1",
+                "#A1|#A2|#A3|#A4|#A5|Get|Loading|Paused|Open|Installed|{\"appId\":12}|20.0|500"},
+            {"rating", "f 28 29 30 s 10", "4.5|12.0|0.3|#FFD700FF"},
+            {"swiper", "f 31 32 i 4 b 0 1 2", "400.0|3000.0|1|true|true|true"},
             {"page#0", "s 3", "a"},
             {"page#1", "f 0 1", "750.0|300.0"},
             {"custom", "s 23 9", "lottie|{\"loop\":true}"},
-            {"video", "s 24 25 26 27 28 29 30 31 32", "m|v1|u|t|d|p|pk|tg|st"},
-            {"video", "f 38", "12.0"},
-            {"video", "i 6 7 8", "1|2|1024"},
-            {"video", "b 1 3 4 5 6 7", "true|true|false|true|false|true"},
+            {"video", "s 24 25 26 27 28 29 30 31 32 f 38 i 6 7 8 b 1 3 4 5 6 7",
+                "m|v1|u|t|d|p|pk|tg|st|12.0|1|2|1024|true|true|false|true|false|true"},
             {"blur", "f 39 40", "8.0|0.6"},
-        };
-        for (String[] row : rows) {
-            equal(row[2], slots(card, row[0], row[1]), row[0] + " " + row[1]);
-        }
+        });
         GradientInfo gradient = card.created.get("view").gradient();
         equal("90 [#0, #1, #2, #3, #4] [0.0, 0.25, 0.5, 0.75, 1.0]", gradient.type + " "
                 + Arrays.toString(gradient.colors) + " " + Arrays.toString(gradient.positions), "gradient");
@@ -298,18 +292,15 @@ public final class EndToEndTests {
         equal(true, run.exitCode != 0, "the process ended abnormally: " + run.exitCode);
     }
 
-    static final List<String> LOG_LINES = List.of("D/mero_log_jni: initMREngine", "D/mero_log_jni: updateEnv",
-            "D/mero_log_jni: setScreenWidth", "D/mero_log_jni: loadTemplate", "D/mero_log_jni: setData",
-            "D/mero_log_jni: initContainerSize", "D/mero_log_jni: initNode", "D/mero_log_jni: triggerInitEvent",
-            "D/mero_log_jni: applyLayout", "D/mero_log_jni: createComponentTree", "D/mero_log_jni: sendEvent: tapTitle",
-            "D/mero_log_jni: sendClickEvent", "D/mero_log_jni: markComponentDirty",
-            "D/mero_log_jni: sendEvent: startVideo", "D/mero_log_jni: find video task, executing...",
-            "D/mero_log_jni: sendEvent: echo", "D/mero_log_cpp: sendEvent: stod");
-
     private static void logLines() throws Exception {
         Run run = child(withHost(), EndToEndTests.class.getName(), "logLines");
         equal(0, run.exitCode, "probe exit code; stderr: " + run.stderr);
-        equal(LOG_LINES, run.stderr.lines().toList(), "log lines in order; none once logging is off");
+        List<String> expected = new ArrayList<>(Stream.of("initMREngine", "updateEnv", "setScreenWidth", "loadTemplate",
+                "setData", "initContainerSize", "initNode", "triggerInitEvent", "applyLayout", "createComponentTree",
+                "sendEvent: tapTitle", "sendClickEvent", "markComponentDirty", "sendEvent: startVideo",
+                "find video task, executing...", "sendEvent: echo").map(line -> "D/mero_log_jni: " + line).toList());
+        expected.add("D/mero_log_cpp: sendEvent: stod");
+        equal(expected, run.stderr.lines().toList(), "log lines in order; none once logging is off");
     }
 
     private static void loadRefused() throws Exception {

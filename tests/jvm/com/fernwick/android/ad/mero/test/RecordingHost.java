@@ -25,10 +25,7 @@ public class RecordingHost extends MeroNative {
     final class View extends MRSwiperComponent {
         final String id;
 
-        View(String id) {
-            this.id = id;
-        }
-
+        View(String id) { this.id = id; }
         @Override public void addChild(MRComponent child) { calls.add("addChild " + id + " " + child); }
         @Override public void addChildAt(int index, MRComponent child) {
             calls.add("addChildAt " + id + " " + index + " " + child);
@@ -66,9 +63,7 @@ public class RecordingHost extends MeroNative {
     boolean logEnabled;
     boolean debugMode = true;
 
-    RecordingHost(int handle) {
-        this.handle = handle;
-    }
+    RecordingHost(int handle) { this.handle = handle; }
 
     /** A card through every set-up native in the host's order, its container exactly 750 by 1334. */
     static RecordingHost show(int handle, String template) {
@@ -89,17 +84,9 @@ public class RecordingHost extends MeroNative {
         return this;
     }
 
-    void event(String name) {
-        sendEvent(handle, name, "");
-    }
-
-    void event(String name, String payload) {
-        sendEvent(handle, name, payload);
-    }
-
-    void click(String componentId) {
-        sendClickEvent(handle, componentId);
-    }
+    void event(String name) { sendEvent(handle, name, ""); }
+    void event(String name, String payload) { sendEvent(handle, name, payload); }
+    void click(String componentId) { sendClickEvent(handle, componentId); }
 
     /** The calls recorded since the last take; forgets the measurements too. */
     List<String> take() {
@@ -153,8 +140,7 @@ public class RecordingHost extends MeroNative {
         return textSize.clone();
     }
 
-    @Override
-    public void setTimeout(long delay, int jobId) {
+    @Override public void setTimeout(long delay, int jobId) {
         calls.add("setTimeout " + delay);
         timeoutIds.add(jobId);
     }
