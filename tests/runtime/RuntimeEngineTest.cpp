@@ -1,11 +1,10 @@
 // The engine: function calls, custom functions, event dispatch, observers,
-// size conversion and property binding.
+// size conversion, property binding and reported errors.
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 #include "runtime/RuntimeEngine.h"
-#include "runtime/functions/CustomFunction.h"
 #include "support/CanonicalJson.h"
 #include "support/ReportedErrors.h"
 #include "support/TemplateHarness.h"
@@ -17,100 +16,113 @@ using MeroTest::TemplateHarness;
 
 namespace {
 
-// Returns its three parameters as an array.
-constexpr const char* threeParams = R"({"functions": [
-    {"n": "abc", "a": ["a", "b", "c"], "defaultArgs": [7, 8],
-     "b": [{"$": 11, "returnValue": [{"$": 1, "n": "a"}, {"$": 1, "n": "b"}, {"$": 1, "n": "c"}]}]},
-    {"n": "ab", "a": ["a", "b"], "defaultArgs": [],
-     "b": [{"$": 11, "returnValue": [{"$": 1, "n": "a"}, {"$": 1, "n": "b"}]}]},
-    {"n": "abDefault", "a": ["a", "b"], "defaultArgs": [0],
-     "b": [{"$": 11, "returnValue": [{"$": 1, "n": "a"}, {"$": 1, "n": "b"}]}]}]})";
+// Binds `node` as a Value property; every value set is appended to `seen`,
+// after `label`.
+void bindValue(TemplateHarness& card, const char* node, std::vector<std::string>& seen, std::string label = "")
+{
+    RuntimeEngine::getValueData(card.scope, createRuntimeObject(json(node)), card.weak(),
+                                std::make_shared<ValueSetter>([&seen, label](Value value) {
+                                    seen.push_back(label + canonicalJson(value));
+                                }),
+                                Value("default"));
+}
+
+std::string describe(const Value& result)
+{
+    return result.is(Kind::Break) ? "break" : result.is(Kind::Continue) ? "continue" : canonicalJson(result);
+}
 
 }  // namespace
 
+// With debugMode set a report is thrown; with it clear it is printed and the
+// evaluation goes on to its fallback.
+TEST(ReportedErrors, AreThrownOrPrintedBeforeTheFallback)
+{
+    struct Report {
+        const char* expression;
+        bool engineGone;
+        const char* message;
+        int times;
+        const char* fallback;
+    };
+    const Report reports[] = {
+        {R"({"$": 5, "n": "ab", "a": [1]})", false, "custom args size not match", 1, "null"},
+        // An empty defaults list counts as none.
+        {R"({"$": 5, "n": "abEmpty", "a": [1, 2, 3]})", false, "custom args size not match", 1, "null"},
+        {R"({"$": 5, "n": "cb", "a": [1]})", false, "callback args size not match", 1, "null"},
+        {R"({"$": 16, "value": [[1], "x", false, [2]]})", false, "RuntimeSpreadArray value is not array", 2, "[1,2]"},
+        {R"({"$": 15, "value": [{"a": 1}, 0, {"b": 2}]})", false, "RuntimeSpreadObject value is not object", 1,
+         R"({"a":1,"b":2})"},
+        // Operands given as plain values, not as a code and an operand list.
+        {R"({"$": 5, "n": "1", "a": [5, 1]})", false, "number operation args type not match", 1, "0"},
+        {R"({"$": 3, "n": "x"})", true, "runtimeEngine is null", 1, "null"},
+        {R"({"$": 17, "n": "x"})", true, "runtimeEngine is null", 1, "null"},
+        {R"({"$": 19, "n": "x"})", true, "runtimeEngine is null", 1, "null"},
+        {R"({"$": 19, "n": "$root"})", true, "runtimeEngine is null", 1, "null"},
+        // Unknown functions are not reported, with or without an engine.
+        {R"({"$": 5, "n": "nope", "a": [1]})", false, "<nothing thrown>", 0, "null"},
+        {R"({"$": 5, "n": "nope", "a": [1]})", true, "<nothing thrown>", 0, "null"},
+    };
+    TemplateHarness card(R"({"functions": [{"n": "ab", "a": ["a", "b"], "b": []},
+                                           {"n": "abEmpty", "a": ["a", "b"], "defaultArgs": [], "b": []}]})");
+    (*card.scope)["cb"] = card.eval(R"({"$": 14, "a": ["x", "y"], "b": [{"$": 11, "returnValue": 1}]})");
+    for (const Report& report : reports) {
+        auto evaluate = [&] {
+            return createRuntimeObject(json(report.expression))
+                ->value(card.scope, report.engineGone ? EngineRef() : card.weak());
+        };
+        EXPECT_EQ(MeroTest::thrownMessage([&] { evaluate(); }), report.message) << report.expression;
+        std::string printed;
+        for (int i = 0; i < report.times; ++i) {
+            printed += std::string(report.message) + "\n";
+        }
+        Value fallback;
+        EXPECT_EQ(MeroTest::printedOutput([&] { fallback = evaluate(); }), printed) << report.expression;
+        EXPECT_EQ(canonicalJson(fallback), report.fallback) << report.expression;
+    }
+}
+
 TEST(CustomFunction, DefaultsFillMissingParametersFromTheFront)
 {
-    TemplateHarness card(threeParams);
+    TemplateHarness card(R"({"functions": [
+        {"n": "abc", "a": ["a", "b", "c"], "defaultArgs": [7, 8],
+         "b": [{"$": 11, "returnValue": [{"$": 1, "n": "a"}, {"$": 1, "n": "b"}, {"$": 1, "n": "c"}]}]}]})");
     EXPECT_EQ(canonicalJson(card.call("abc", {Value(1)})), "[1,7,8]");
     EXPECT_EQ(canonicalJson(card.call("abc", {Value(1), Value(2)})), "[1,2,7]");
     EXPECT_EQ(canonicalJson(card.call("abc", {})), "[7,8,null]");
     EXPECT_EQ(canonicalJson(card.call("abc", {Value(1), Value(2), Value(3), Value(4)})), "[1,2,3]");
-    // With defaults present, extra arguments are simply ignored.
-    EXPECT_EQ(canonicalJson(card.call("abDefault", {Value(1), Value(2), Value(3)})), "[1,2]");
+    EXPECT_TRUE(card.call("missing", {Value(1)}).isNull());
 }
 
-TEST(CustomFunction, ReportsACountMismatchWithoutDefaults)
+// A function and a callback hand back the first completion that is not
+// normal; running to the end, or a While (which ends with null), gives null.
+TEST(CustomFunction, FunctionsAndCallbacksHandBackTheSameCompletions)
 {
-    TemplateHarness card(threeParams);
-    EXPECT_EQ(MeroTest::thrownMessage([&] { card.call("ab", {Value(1), Value(2), Value(3)}); }),
-              "custom args size not match");
-    Value result = Value(1.0);
-    EXPECT_EQ(MeroTest::printedOutput([&] { result = card.call("ab", {Value(1)}); }), "custom args size not match\n");
-    EXPECT_TRUE(result.isNull());
-    EXPECT_EQ(canonicalJson(card.call("ab", {Value(1), Value(2)})), "[1,2]");
-}
-
-TEST(CustomFunction, ResultIsTheFirstNonNormalCompletion)
-{
-    TemplateHarness card(R"({"functions": [
-        {"n": "brk", "a": [], "b": [{"$": 12}, {"$": 11, "returnValue": 1}]},
-        {"n": "none", "a": [], "b": [{"$": 2, "n": "x", "value": 1}]},
-        {"n": "whileThenReturn", "a": [], "b": [{"$": 8, "c": false, "b": []}, {"$": 11, "returnValue": 5}]}]})");
-    EXPECT_EQ(card.call("brk").kind(), Kind::Break);
-    EXPECT_EQ(card.call("none").kind(), Kind::Null);
-    EXPECT_EQ(card.call("whileThenReturn").kind(), Kind::Null);
+    const char* bodies[][2] = {
+        {R"([{"$": 12}, {"$": 11, "returnValue": 1}])", "break"},
+        {R"([{"$": 13}])", "continue"},
+        {R"([{"$": 11, "returnValue": "r"}])", R"("r")"},
+        {R"([{"$": 2, "n": "x", "value": 1}])", "null"},
+        {R"([{"$": 8, "c": false, "b": []}, {"$": 11, "returnValue": 5}])", "null"},
+    };
+    for (const auto& [body, expected] : bodies) {
+        TemplateHarness card(std::string(R"({"functions": [{"n": "f", "a": [], "b": )") + body + "}]}");
+        EXPECT_EQ(describe(card.call("f")), expected) << body;
+        Value callback = card.eval(std::string(R"({"$": 14, "a": [], "b": )") + body + "}");
+        EXPECT_EQ(describe((*callback.callbackPtr())({})), expected) << body;
+    }
 }
 
 TEST(CustomFunction, OneScopeIsSharedByNestedCalls)
 {
-    // inner(x) called from outer overwrites outer's x: the scope is reused
-    // by every call, on purpose.
-    TemplateHarness card(R"({"functions": [
-        {"n": "outer", "a": ["x"], "b": [
-            {"$": 2, "n": "keep", "value": {"$": 1, "n": "x"}},
-            {"$": 5, "n": "outer", "a": ["inner"]},
-            {"$": 11, "returnValue": [{"$": 1, "n": "x"}, {"$": 1, "n": "keep"}]}]}]})");
-    // The nested call clears the scope and returns [inner, inner]... then the
-    // outer call reads what the nested one left.
-    TemplateHarness guard(R"({"functions": [
-        {"n": "f", "a": ["x", "depth"], "b": [
-            {"$": 6, "c": [{"$": 1, "n": "depth"}], "bs": [[{"$": 5, "n": "f", "a": ["inner", 0]}]]},
-            {"$": 11, "returnValue": {"$": 1, "n": "x"}}]}]})");
-    EXPECT_EQ(guard.call("f", {Value("outer"), Value(1)}).string(), "inner");
+    // The nested call f("inner", 0) overwrites the caller's x: kept on purpose.
+    TemplateHarness card(R"({"functions": [{"n": "f", "a": ["x", "depth"], "b": [
+        {"$": 6, "c": [{"$": 1, "n": "depth"}], "bs": [[{"$": 5, "n": "f", "a": ["inner", 0]}]]},
+        {"$": 11, "returnValue": {"$": 1, "n": "x"}}]}]})");
+    EXPECT_EQ(card.call("f", {Value("outer"), Value(1)}).string(), "inner");
 }
 
-TEST(CustomFunction, DefaultsAreReadFromTheSharedArrayAtCallTime)
-{
-    TemplateHarness card;
-    ArrayPtr defaults = std::make_shared<ValueArray>(ValueArray{Value(1)});
-    StatementList body;
-    body.push_back(createRuntimeExecute(json(R"({"$": 11, "returnValue": {"$": 1, "n": "x"}})")));
-    CustomFunction function("f", {"x"}, defaults, std::move(body));
-    (*defaults)[0] = Value(9);
-    EXPECT_EQ(function.invoke({}, card.weak()).number(), 9);
-    // A null defaults pointer counts as no defaults.
-    CustomFunction bare("g", {"x"}, nullptr, StatementList());
-    EXPECT_EQ(MeroTest::thrownMessage([&] { bare.invoke({}, card.weak()); }), "custom args size not match");
-}
-
-TEST(InvokeFunctionByName, UnknownNamesGiveNullWithoutReport)
-{
-    TemplateHarness card;
-    Value result = Value(1.0);
-    EXPECT_EQ(MeroTest::printedOutput([&] { result = card.call("missing", {Value(1)}); }), "");
-    EXPECT_TRUE(result.isNull());
-}
-
-TEST(InvokeFunctionByName, RegistrationNeverReplaces)
-{
-    TemplateHarness card;
-    MRFunction* before = card.engine->functionTable.at("1").get();
-    EXPECT_FALSE(card.engine->registerFunction("1", std::make_unique<CustomFunction>("1", std::vector<std::string>{},
-                                                                                     nullptr, StatementList())));
-    EXPECT_EQ(card.engine->functionTable.at("1").get(), before);
-}
-
-TEST(DispatchEvent, BindsThePayloadAndCopiesTheOuterScope)
+TEST(DispatchEvent, BindsThePayloadOverACopyOfTheOuterScope)
 {
     TemplateHarness card(R"({"variables": {}, "events": [{"n": "e", "a": ["p"], "b": [
         {"$": 4, "n": "got", "value": [{"$": 1, "n": "p"}, {"$": 1, "n": "outer"}, {"$": 1, "n": "stale"}]},
@@ -125,19 +137,13 @@ TEST(DispatchEvent, BindsThePayloadAndCopiesTheOuterScope)
     card.engine->eventTable.at("e")->scope->emplace("stale", Value(1));
     card.send("e", Value(2));
     EXPECT_EQ(canonicalJson(card.ui("got")), R"([2,null,null])");
+    card.send("unknown");
 }
 
-TEST(DispatchEvent, UnknownNamesDoNothingAndResultsAreDropped)
+TEST(DispatchEvent, CallbackHandlersGetThePayloadAndHandlersMayRemoveThemselves)
 {
-    TemplateHarness card(R"({"events": [{"n": "e", "a": [], "b": [{"$": 11, "returnValue": 1}, {"$": 18, "n": "x", "value": 1}]}]})");
-    card.send("nothing");
-    card.send("e");
-    EXPECT_TRUE(card.global("x").isNull());
-}
-
-TEST(DispatchEvent, CallbackHandlersGetThePayload)
-{
-    TemplateHarness card;
+    TemplateHarness card(R"({"events": [{"n": "once", "a": [], "b": [
+        {"$": 5, "n": "B", "a": ["once"]}, {"$": 18, "n": "after", "value": 1}]}]})");
     std::vector<std::string> seen;
     auto callable = std::make_shared<ValueCallback>([&](std::vector<Value>&& args) {
         seen.push_back(std::to_string(args.size()) + ":" + canonicalJson(args[0]));
@@ -146,113 +152,75 @@ TEST(DispatchEvent, CallbackHandlersGetThePayload)
     card.engine->registerEvent("cb", std::make_shared<EventHandler>("cb", callable));
     card.send("cb", json(R"({"k": 1})"), std::make_shared<ValueObject>(ValueObject{{"x", Value(1)}}));
     EXPECT_EQ(seen, (std::vector<std::string>{R"(1:{"k":1})"}));
-}
 
-TEST(DispatchEvent, AHandlerMayRemoveItselfWhileRunning)
-{
-    TemplateHarness card(R"({"events": [{"n": "once", "a": [], "b": [
-        {"$": 5, "n": "B", "a": ["once"]}, {"$": 18, "n": "after", "value": 1}]}]})");
     card.send("once");
     EXPECT_EQ(card.global("after").number(), 1);
     EXPECT_FALSE(card.engine->eventTable.contains("once"));
 }
 
-TEST(Observers, RunInBindingOrderOnEverySet)
+// Only reads of UI variables register; literals and spreads evaluate them
+// once but do not pass the registration on, so they are never re-evaluated.
+TEST(Observers, ReEvaluateABoundExpressionOncePerRegisteredRead)
+{
+    const char* bindings[][2] = {
+        {R"({"$": 3, "n": "v"})", "1 2"},
+        {R"({"$": 5, "n": "nope", "a": [{"$": 3, "n": "v"}, {"$": 5, "n": "nope", "a": [{"$": 3, "n": "v"}]}]})",
+         "null null null"},
+        {R"([1, {"$": 3, "n": "v"}])", "[1,1]"},
+        {R"({"k": {"$": 3, "n": "v"}})", R"({"k":1})"},
+        {R"({"$": 16, "value": [[{"$": 3, "n": "v"}]]})", "[1]"},
+        {R"({"$": 15, "value": [{"k": {"$": 3, "n": "v"}}]})", R"({"k":1})"},
+        {R"({"$": 5, "n": "nope", "a": [[{"$": 3, "n": "v"}]]})", "null"},
+        {R"({"$": 1, "n": "v"})", "null"},
+        {R"({"$": 17, "n": "v"})", "null"},
+        {R"({"$": 19, "n": "v"})", "null"},
+        {R"({"$": 14, "a": [], "b": [{"$": 11, "returnValue": {"$": 3, "n": "v"}}]})", "callback"},
+    };
+    for (const auto& [node, expected] : bindings) {
+        TemplateHarness card(R"({"variables": {"v": 1}, "events": [{"n": "set", "a": [], "b": [
+            {"$": 4, "n": "v", "value": 2}]}]})");
+        std::vector<std::string> seen;
+        bindValue(card, node, seen);
+        card.send("set");
+        std::string joined;
+        for (const std::string& value : seen) {
+            joined += (joined.empty() ? "" : " ") + value;
+        }
+        EXPECT_EQ(joined, expected) << node;
+    }
+}
+
+TEST(Observers, RunInBindingOrderWithTheCapturedScope)
 {
     TemplateHarness card(R"({"variables": {"v": 1}, "events": [{"n": "set", "a": ["x"], "b": [
-        {"$": 4, "n": "v", "value": {"$": 1, "n": "x"}}]}]})");
-    std::vector<std::string> calls;
-    auto bind = [&](const std::string& label) {
-        RuntimeEngine::getValueData(card.scope, createRuntimeObject(json(R"({"$": 3, "n": "v"})")), card.weak(),
-                                    std::make_shared<ValueSetter>([&calls, label](Value value) {
-                                        calls.push_back(label + "=" + canonicalJson(value));
-                                    }),
-                                    Value());
-    };
-    bind("first");
-    bind("second");
-    card.send("set", Value(2));
-    EXPECT_EQ(calls, (std::vector<std::string>{"first=1", "second=1", "first=2", "second=2"}));
-}
-
-TEST(Observers, ArrayLiteralHoldingAVariableIsNotReEvaluated)
-{
-    TemplateHarness card(R"({"variables": {"v": 1}, "events": [{"n": "bump", "a": [], "b": [
-        {"$": 4, "n": "v", "value": 2}]}]})");
-    std::vector<std::string> literal;
-    std::vector<std::string> call;
-    RuntimeEngine::getValueData(card.scope, createRuntimeObject(json(R"([{"$": 3, "n": "v"}])")), card.weak(),
-                                std::make_shared<ValueSetter>([&](Value value) { literal.push_back(canonicalJson(value)); }),
-                                Value());
-    RuntimeEngine::getValueData(card.scope, createRuntimeObject(json(R"({"$": 5, "n": "m", "a": [{"$": 3, "n": "v"}]})")),
-                                card.weak(),
-                                std::make_shared<ValueSetter>([&](Value value) { call.push_back(canonicalJson(value)); }),
-                                Value());
-    card.send("bump");
-    EXPECT_EQ(literal, (std::vector<std::string>{"[1]"}));
-    EXPECT_EQ(call, (std::vector<std::string>{"\"1\"", "\"2\""}));
-    EXPECT_EQ(card.engine->observers.at("v")->size(), 1u);
-}
-
-TEST(Observers, ReEvaluateWithTheCapturedScope)
-{
-    TemplateHarness card(R"({"variables": {"v": 1}, "events": [{"n": "bump", "a": [], "b": [
-        {"$": 4, "n": "v", "value": 5}]}], "functions": [{"n": "add", "a": ["x", "y"], "b": [
-        {"$": 11, "returnValue": {"$": 5, "n": "1", "a": [[0], [{"$": 1, "n": "x"}, {"$": 1, "n": "y"}]]}}]}]})");
+        {"$": 4, "n": "v", "value": {"$": 1, "n": "x"}}]}], "functions": [{"n": "pair", "a": ["a", "b"], "b": [
+        {"$": 11, "returnValue": [{"$": 1, "n": "a"}, {"$": 1, "n": "b"}]}]}]})");
     card.scope->emplace("k", Value(10));
-    std::vector<double> seen;
-    RuntimeEngine::getTypeData(card.scope,
-                               createRuntimeObject(json(R"({"$": 5, "n": "add", "a": [{"$": 3, "n": "v"}, {"$": 1, "n": "k"}]})")),
-                               card.weak(), std::make_shared<DoubleSetter>([&](double v) { seen.push_back(v); }), -1.0);
-    (*card.scope)["k"] = Value(100);
-    card.send("bump");
-    EXPECT_EQ(seen, (std::vector<double>{11, 105}));
-}
-
-TEST(Binding, TypedReadsFallBackToTheDefaultOnKindMismatch)
-{
-    TemplateHarness card;
-    std::vector<double> numbers;
-    std::vector<bool> flags;
-    auto number = std::make_shared<DoubleSetter>([&](double v) { numbers.push_back(v); });
-    auto flag = std::make_shared<BoolSetter>([&](bool v) { flags.push_back(v); });
-    RuntimeEngine::getTypeData(card.scope, createRuntimeObject(json("\"1\"")), card.weak(), number, 4.0);
-    RuntimeEngine::getTypeData(card.scope, createRuntimeObject(json("2")), card.weak(), number, 4.0);
-    RuntimeEngine::getTypeData(card.scope, createRuntimeObject(json("1")), card.weak(), flag, false);
-    RuntimeEngine::getTypeData(card.scope, createRuntimeObject(json("true")), card.weak(), flag, false);
-    EXPECT_EQ(numbers, (std::vector<double>{4, 2}));
-    EXPECT_EQ(flags, (std::vector<bool>{false, true}));
-}
-
-TEST(Binding, AGoneEngineGivesTheDefaultOnce)
-{
     std::vector<std::string> seen;
-    LocalScope scope = makeLocalScope();
-    RuntimeEngine::getValueData(scope, createRuntimeObject(json(R"({"$": 3, "n": "v"})")), EngineRef(),
-                                std::make_shared<ValueSetter>([&](Value v) { seen.push_back(canonicalJson(v)); }),
-                                Value("fallback"));
-    RuntimeEngine::getSizeData(scope, parseSizeProperty(json(R"({"sizeType": 1, "value": 3})")), EngineRef(),
-                               std::make_shared<DoubleSetter>([&](double v) { seen.push_back(std::to_string(v)); }),
-                               100.0, 7.0);
-    YGValue size{};
-    RuntimeEngine::getYGValueData(scope, parseSizeProperty(json(R"({"sizeType": 1, "value": 3})")), EngineRef(),
-                                  std::make_shared<YGValueSetter>([&](YGValue v) { size = v; }),
-                                  YGValue{5.0f, YGUnitPercent});
-    EXPECT_EQ(seen, (std::vector<std::string>{"\"fallback\"", "7.000000"}));
-    EXPECT_EQ(size.unit, YGUnitPercent);
-    EXPECT_EQ(size.value, 5.0f);
+    bindValue(card, R"({"$": 3, "n": "v"})", seen, "first=");
+    bindValue(card, R"({"$": 5, "n": "pair", "a": [{"$": 1, "n": "k"}, {"$": 3, "n": "v"}]})", seen, "second=");
+    (*card.scope)["k"] = Value(100);
+    card.send("set", Value(2));
+    EXPECT_EQ(seen, (std::vector<std::string>{"first=1", "second=[10,1]", "first=2", "second=[100,2]"}));
 }
 
-TEST(Binding, ValueDataPassesTheResultUnchanged)
+TEST(Binding, TypedReadsFallBackToTheDefaultOnlyOnKindMismatch)
 {
     TemplateHarness card(R"({"variables": {"v": "text"}, "events": [{"n": "clear", "a": [], "b": [
         {"$": 4, "n": "v", "value": null}]}]})");
     std::vector<std::string> seen;
-    RuntimeEngine::getValueData(card.scope, createRuntimeObject(json(R"({"$": 3, "n": "v"})")), card.weak(),
-                                std::make_shared<ValueSetter>([&](Value v) { seen.push_back(canonicalJson(v)); }),
-                                Value(true));
+    auto number = std::make_shared<DoubleSetter>([&](double v) { seen.push_back(numberToString(v)); });
+    auto flag = std::make_shared<BoolSetter>([&](bool v) { seen.push_back(v ? "true" : "false"); });
+    for (const char* node : {"\"1\"", "2"}) {
+        RuntimeEngine::getTypeData(card.scope, createRuntimeObject(json(node)), card.weak(), number, 4.0);
+    }
+    for (const char* node : {"1", "true"}) {
+        RuntimeEngine::getTypeData(card.scope, createRuntimeObject(json(node)), card.weak(), flag, false);
+    }
+    // A Value property takes null as it is.
+    bindValue(card, R"({"$": 3, "n": "v"})", seen);
     card.send("clear");
-    EXPECT_EQ(seen, (std::vector<std::string>{"\"text\"", "null"}));
+    EXPECT_EQ(seen, (std::vector<std::string>{"4", "2", "false", "true", "\"text\"", "null"}));
 }
 
 TEST(Binding, SizesAreConvertedOnEveryChange)
@@ -260,86 +228,91 @@ TEST(Binding, SizesAreConvertedOnEveryChange)
     TemplateHarness card(R"({"variables": {"w": 10}, "events": [{"n": "grow", "a": [], "b": [
         {"$": 4, "n": "w", "value": 20}]}]})");
     card.engine->screenScale = 2.0;
-    std::vector<double> numbers;
-    std::vector<float> points;
-    RuntimeEngine::getSizeData(card.scope, parseSizeProperty(json(R"({"sizeType": 4, "value": {"$": 3, "n": "w"}})")),
-                               card.weak(), std::make_shared<DoubleSetter>([&](double v) { numbers.push_back(v); }),
-                               100.0, -5.0);
-    RuntimeEngine::getYGValueData(card.scope, parseSizeProperty(json(R"({"sizeType": 4, "value": {"$": 3, "n": "w"}})")),
-                                  card.weak(), std::make_shared<YGValueSetter>([&](YGValue v) { points.push_back(v.value); }),
+    std::vector<double> seen;
+    const char* scaled = R"({"sizeType": 4.9, "value": {"$": 3, "n": "w"}})";
+    RuntimeEngine::getSizeData(card.scope, parseSizeProperty(json(scaled)), card.weak(),
+                               std::make_shared<DoubleSetter>([&](double v) { seen.push_back(v); }), 100.0, -5.0);
+    RuntimeEngine::getYGValueData(card.scope, parseSizeProperty(json(scaled)), card.weak(),
+                                  std::make_shared<YGValueSetter>([&](YGValue v) { seen.push_back(v.value); }),
                                   YGValue{0.0f, YGUnitUndefined});
     card.send("grow");
-    EXPECT_EQ(numbers, (std::vector<double>{20, 40}));
-    EXPECT_EQ(points, (std::vector<float>{20, 40}));
+    EXPECT_EQ(seen, (std::vector<double>{20, 20, 40, 40}));
+
+    // Without a type the value is not a size; with -1 the whole object is the expression.
+    EXPECT_EQ(parseSizeProperty(json(R"({"value": 3})")).sizeType, 0);
+    SizeProperty whole = parseSizeProperty(json(R"({"sizeType": -1, "value": 3})"));
+    EXPECT_EQ(canonicalJson(whole.expression->value(card.scope, card.weak())), R"({"sizeType":-1,"value":3})");
 }
 
-TEST(Binding, ObserversOfAReleasedEngineStayHarmless)
+TEST(Binding, AGoneEngineGivesTheDefaultOnceAndAReleasedOneIsNeverCalledBack)
 {
+    std::vector<std::string> seen;
+    LocalScope scope = makeLocalScope();
+    const char* size = R"({"sizeType": 1, "value": 3})";
+    RuntimeEngine::getValueData(scope, createRuntimeObject(json(R"({"$": 3, "n": "v"})")), EngineRef(),
+                                std::make_shared<ValueSetter>([&](Value v) { seen.push_back(canonicalJson(v)); }),
+                                Value("fallback"));
+    RuntimeEngine::getSizeData(scope, parseSizeProperty(json(size)), EngineRef(),
+                               std::make_shared<DoubleSetter>([&](double v) { seen.push_back(numberToString(v)); }),
+                               100.0, 7.0);
+    RuntimeEngine::getYGValueData(scope, parseSizeProperty(json(size)), EngineRef(),
+                                  std::make_shared<YGValueSetter>([&](YGValue v) {
+                                      seen.push_back(numberToString(v.value) + (v.unit == YGUnitPercent ? "%" : "?"));
+                                  }),
+                                  YGValue{5.0f, YGUnitPercent});
+    EXPECT_EQ(seen, (std::vector<std::string>{"\"fallback\"", "7", "5%"}));
+
+    auto callback = std::make_shared<ObserverCallback>([] {});
+    createRuntimeObject(json(R"({"$": 3, "n": "v"})"))->observe(EngineRef(), callback);
+    EXPECT_EQ(callback.use_count(), 1);
+
     auto card = std::make_unique<TemplateHarness>(R"({"variables": {"v": 1}})");
-    int calls = 0;
-    RuntimeEngine::getValueData(card->scope, createRuntimeObject(json(R"({"$": 3, "n": "v"})")), card->weak(),
-                                std::make_shared<ValueSetter>([&](Value) { ++calls; }), Value());
+    seen.clear();
+    bindValue(*card, R"({"$": 3, "n": "v"})", seen);
     ObserverPtr observer = card->engine->observers.at("v")->front();
     card->release();
     (*observer)();
-    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(seen, (std::vector<std::string>{"1"}));
 }
 
-TEST(SizeConversion, ToYogaValues)
+TEST(SizeConversion, ToYogaValuesAndNumbers)
 {
     RuntimeEngine engine;
     engine.screenScale = 0.5;
     engine.containerWidth = 300.0f;
     engine.containerHeight = 200.0f;
-    const YGValue fallback{9.0f, YGUnitPercent};
     struct Case {
         int32_t type;
         int32_t widthMode;
         int32_t heightMode;
-        float value;
+        float yoga;  // NaN for auto
         YGUnit unit;
+        double number;  // of 10 on a base of 50, fallback -7
     };
     const Case cases[] = {
-        {1, 0, 0, 10.0f, YGUnitPoint},   {2, 0, 0, 10.0f, YGUnitPercent}, {3, 1, 1, NAN, YGUnitAuto},
-        {4, 0, 0, 5.0f, YGUnitPoint},    {5, 0, 1, 20.0f, YGUnitPoint},   {5, 1, 2, NAN, YGUnitAuto},
-        {6, 1, 0, 30.0f, YGUnitPoint},   {6, 2, 1, NAN, YGUnitAuto},      {0, 1, 1, 9.0f, YGUnitPercent},
-        {-1, 1, 1, 9.0f, YGUnitPercent}, {7, 1, 1, 9.0f, YGUnitPercent},
+        {1, 0, 0, 10.0f, YGUnitPoint, 10.0},
+        // The single-precision 0.01, widened: not 5.
+        {2, 0, 0, 10.0f, YGUnitPercent, 500.0 * 0.009999999776482582},
+        {3, 1, 1, NAN, YGUnitAuto, -1.0},
+        {4, 0, 0, 5.0f, YGUnitPoint, 5.0},
+        // The container percentages use the double 0.01; only an exact mode counts.
+        {5, 0, 1, 20.0f, YGUnitPoint, (10.0 * 0.01) * 200.0},
+        {5, 1, 2, NAN, YGUnitAuto, 0.0},
+        {6, 1, 0, 30.0f, YGUnitPoint, (10.0 * 0.01) * 300.0},
+        {6, 2, 1, NAN, YGUnitAuto, 0.0},
+        {0, 1, 1, 9.0f, YGUnitPercent, -7.0},
+        {-1, 1, 1, 9.0f, YGUnitPercent, -7.0},
+        {7, 1, 1, 9.0f, YGUnitPercent, -7.0},
     };
     for (const Case& c : cases) {
         engine.widthMode = c.widthMode;
         engine.heightMode = c.heightMode;
-        YGValue size = engine.convertSize(c.type, 10.0, fallback);
+        YGValue size = engine.convertSize(c.type, 10.0, YGValue{9.0f, YGUnitPercent});
         EXPECT_EQ(size.unit, c.unit) << c.type;
-        if (std::isnan(c.value)) {
-            EXPECT_TRUE(std::isnan(size.value)) << c.type;
-        } else {
-            EXPECT_EQ(size.value, c.value) << c.type;
-        }
+        EXPECT_TRUE(std::isnan(c.yoga) ? std::isnan(size.value) : size.value == c.yoga) << c.type;
+        EXPECT_EQ(engine.convertSizeToNumber(c.type, 10.0, 50.0, -7.0), c.number) << c.type;
     }
-}
-
-TEST(SizeConversion, ToNumbers)
-{
-    RuntimeEngine engine;
-    engine.screenScale = 0.5;
-    engine.containerWidth = 300.0f;
-    engine.containerHeight = 200.0f;
-    engine.widthMode = 1;
-    engine.heightMode = 1;
-    EXPECT_EQ(engine.convertSizeToNumber(1, 10.0, 50.0, -7.0), 10.0);
-    // The single-precision 0.01, widened, for percentages of the base.
-    EXPECT_EQ(engine.convertSizeToNumber(2, 10.0, 50.0, -7.0), 500.0 * 0.009999999776482582);
-    EXPECT_NE(engine.convertSizeToNumber(2, 10.0, 50.0, -7.0), 5.0);
-    EXPECT_EQ(engine.convertSizeToNumber(3, 10.0, 50.0, -7.0), -1.0);
-    EXPECT_EQ(engine.convertSizeToNumber(4, 10.0, 50.0, -7.0), 5.0);
-    EXPECT_EQ(engine.convertSizeToNumber(5, 10.0, 50.0, -7.0), (10.0 * 0.01) * 200.0);
-    EXPECT_EQ(engine.convertSizeToNumber(6, 10.0, 50.0, -7.0), (10.0 * 0.01) * 300.0);
-    EXPECT_EQ(engine.convertSizeToNumber(0, 10.0, 50.0, -7.0), -7.0);
-    EXPECT_EQ(engine.convertSizeToNumber(-1, 10.0, 50.0, -7.0), -7.0);
-    engine.widthMode = 2;
-    engine.heightMode = 0;
-    EXPECT_EQ(engine.convertSizeToNumber(5, 10.0, 50.0, -7.0), 0.0);
-    EXPECT_EQ(engine.convertSizeToNumber(6, 10.0, 50.0, -7.0), 0.0);
+    EXPECT_NE(500.0 * 0.009999999776482582, 5.0);
 }
 
 TEST(Lifetime, CallbacksKeptInTheirOwnScopeAreReleasedWithTheEngine)

@@ -1,6 +1,8 @@
 // Statements and control flow: completions, assignments, branches, loops.
 #include <gtest/gtest.h>
 
+#include <cctype>
+
 #include "runtime/RuntimeEngine.h"
 #include "support/CanonicalJson.h"
 #include "support/ReportedErrors.h"
@@ -13,101 +15,73 @@ using MeroTest::TemplateHarness;
 
 namespace {
 
-std::string traced(const std::function<void()>& action)
+// tick(x) appends x to the UI variable "seen" and returns it; stop() breaks.
+constexpr const char* recorder = R"({"variables": {"seen": []}, "functions": [
+    {"n": "tick", "a": ["x"], "b": [
+        {"$": 4, "n": "seen", "value": {"$": 16, "value": [{"$": 3, "n": "seen"}, [{"$": 1, "n": "x"}]]}},
+        {"$": 11, "returnValue": {"$": 1, "n": "x"}}]},
+    {"n": "stop", "a": [], "b": [{"$": 12}]}]})";
+
+// SEE(v) calls tick on the local v; SEE(1) or SEE("a") on a literal.
+std::string expand(std::string script)
 {
-    MeroTest::DebugModeScope debug(true);
-    testing::internal::CaptureStdout();
-    action();
-    return testing::internal::GetCapturedStdout();
+    for (auto at = script.find("SEE("); at != std::string::npos; at = script.find("SEE(")) {
+        auto end = script.find(')', at);
+        std::string argument = script.substr(at + 4, end - at - 4);
+        if (std::isalpha(static_cast<unsigned char>(argument[0]))) {
+            argument = R"({"$": 1, "n": ")" + argument + "\"}";
+        }
+        script.replace(at, end + 1 - at, R"({"$": 5, "n": "tick", "a": [)" + argument + "]}");
+    }
+    return script;
 }
 
-// Appends the local "v" to the UI variable "seen" (an array), so a test can
-// read what a loop body saw, in order.
-constexpr const char* recordV = R"({"$": 4, "n": "seen",
-    "value": {"$": 16, "value": [{"$": 3, "n": "seen"}, [{"$": 1, "n": "v"}]]}})";
-
-std::string withRecord(std::string statements)
+std::string describe(const Value& result)
 {
-    std::string::size_type at;
-    while ((at = statements.find("RECORD")) != std::string::npos) {
-        statements.replace(at, 6, recordV);
+    switch (result.kind()) {
+    case Kind::Completed: return "completed";
+    case Kind::Break: return "break";
+    case Kind::Continue: return "continue";
+    default: return canonicalJson(result);
     }
-    return statements;
+}
+
+struct Run {
+    const char* script;  // a statement list, run in an empty scope
+    const char* result;
+    const char* seen = "[]";
+    const char* locals = "{}";
+};
+
+void expectRuns(std::initializer_list<Run> runs)
+{
+    for (const Run& run : runs) {
+        TemplateHarness card(recorder);
+        std::string result = describe(card.run(expand(run.script)));
+        EXPECT_EQ(result + " seen=" + canonicalJson(card.ui("seen")) + " locals=" + canonicalJson(Value(card.scope)),
+                  std::string(run.result) + " seen=" + run.seen + " locals=" + run.locals)
+            << run.script;
+    }
 }
 
 }  // namespace
 
-TEST(Completions, SimpleStatementsMakeTheirKinds)
+TEST(Completions, AListStopsAtTheFirstNonNormalCompletionButACallNeverStopsIt)
 {
-    TemplateHarness card;
-    EXPECT_EQ(card.run("[]").kind(), Kind::Completed);
-    EXPECT_EQ(card.run(R"([{"$": 12}])").kind(), Kind::Break);
-    EXPECT_EQ(card.run(R"([{"$": 13}])").kind(), Kind::Continue);
-    EXPECT_EQ(card.run(R"([{"$": 11, "returnValue": [1]}])").kind(), Kind::Array);
-    EXPECT_EQ(card.run(R"([{"$": 11}])").kind(), Kind::Null);
-    // Completion payloads are 0.
-    EXPECT_EQ(std::get<double>(card.run(R"([{"$": 12}])").payload()), 0.0);
-}
-
-TEST(Completions, AListStopsAtTheFirstNonNormalCompletion)
-{
-    TemplateHarness card;
-    Value result = card.run(R"([{"$": 2, "n": "a", "value": 1}, {"$": 11, "returnValue": "r"},
-                                {"$": 2, "n": "b", "value": 2}])");
-    EXPECT_EQ(result.string(), "r");
-    EXPECT_EQ(card.local("a").number(), 1);
-    EXPECT_TRUE(card.local("b").isNull());
-}
-
-TEST(Completions, ACallAsStatementNeverStopsTheList)
-{
-    TemplateHarness card(R"({"functions": [{"n": "r", "a": [], "b": [{"$": 12}]}]})");
-    EXPECT_EQ(card.run(R"([{"$": 5, "n": "r", "a": []}, {"$": 2, "n": "after", "value": 1}])").kind(),
-              Kind::Completed);
-    EXPECT_EQ(card.local("after").number(), 1);
-}
-
-TEST(Assignments, StoreIntoTheirTables)
-{
-    TemplateHarness card(R"({"variables": {}})");
-    card.run(R"([{"$": 2, "n": "l", "value": 1}, {"$": 4, "n": "u", "value": 2}, {"$": 18, "n": "g", "value": 3},
-                 {"$": 2, "n": "l", "value": [{"$": 1, "n": "l"}]}])");
-    EXPECT_EQ(canonicalJson(card.local("l")), "[1]");
-    EXPECT_EQ(card.ui("u").number(), 2);
-    EXPECT_EQ(card.global("g").number(), 3);
-    EXPECT_FALSE(card.engine->observers.contains("g"));
-}
-
-TEST(Assignments, SetVariableWithAGoneEngineDoesNotEvaluate)
-{
-    TemplateHarness card(R"({"functions": [{"n": "touch", "a": [], "b": [{"$": 18, "n": "touched", "value": 1}]}]})");
-    Value node = json(R"({"$": 4, "n": "x", "value": {"$": 5, "n": "touch", "a": []}})");
-    RuntimeExecutePtr statement = createRuntimeExecute(node);
-    std::shared_ptr<RuntimeEngine> kept = card.engine;
-    EngineRef gone;
-    EXPECT_EQ(statement->execute(card.scope, gone).kind(), Kind::Completed);
-    EXPECT_TRUE(card.global("touched").isNull());
-    EXPECT_FALSE(card.hasUi("x"));
-
-    RuntimeExecutePtr global = createRuntimeExecute(json(R"({"$": 18, "n": "y", "value": 1})"));
-    EXPECT_EQ(global->execute(card.scope, gone).kind(), Kind::Completed);
-    EXPECT_TRUE(card.global("y").isNull());
-    // A local assignment needs no engine.
-    createRuntimeExecute(json(R"({"$": 2, "n": "z", "value": 1})"))->execute(card.scope, gone);
-    EXPECT_EQ(card.local("z").number(), 1);
-}
-
-TEST(Assignments, TraceLinesNameTheTable)
-{
-    TemplateHarness card(R"({"variables": {}})");
-    EXPECT_EQ(traced([&] {
-                  card.run(R"([{"$": 2, "n": "a", "value": [1, "x"]}, {"$": 4, "n": "b", "value": {"k": null}},
-                               {"$": 18, "n": "c", "value": 2.5}])");
-              }),
-              "Mero_log-> set localRef, name: a value: [1,x,]\n"
-              "Mero_log-> set uiRef, name: b value: {k:null,}\n"
-              "Mero_log-> set globalRef, name: c value: 2.5\n");
-    EXPECT_EQ(MeroTest::printedOutput([&] { card.run(R"([{"$": 4, "n": "b", "value": 1}])"); }), "");
+    expectRuns({
+        {"[]", "completed"},
+        {R"([{"$": 12}])", "break"},
+        {R"([{"$": 13}])", "continue"},
+        {R"([{"$": 11}])", "null"},
+        {R"([{"$": 2, "n": "a", "value": 1}, {"$": 11, "returnValue": [1]}, {"$": 2, "n": "b", "value": 2}])", "[1]",
+         "[]", R"({"a":1})"},
+        {R"([{"$": 5, "n": "stop", "a": []}, {"$": 2, "n": "after", "value": 1}])", "completed", "[]",
+         R"({"after":1})"},
+        // Malformed statements do nothing; a list that is not an array is empty.
+        {R"(["text", 3, null, [1], {"$": 3, "n": "x"}, {"$": 0}, {}, {"$": 19}, {"$": 4294967298}, {"$": -7},
+            {"$": true}, {"$": 2, "n": "x", "value": 2}])", "completed", "[]", R"({"x":2})"},
+        {R"({"$": 12})", "completed"},
+    });
 }
 
 TEST(Condition, RunsTheFirstTruthyBranchOrTheElse)
@@ -115,236 +89,156 @@ TEST(Condition, RunsTheFirstTruthyBranchOrTheElse)
     TemplateHarness card;
     const char* chain = R"([{"$": 6, "c": [{"$": 1, "n": "a"}, {"$": 1, "n": "b"}], "bs": [
         [{"$": 11, "returnValue": "first"}], [{"$": 11, "returnValue": "second"}], [{"$": 11, "returnValue": "else"}]]}])";
-    struct Case {
-        const char* a;
-        const char* b;
-        const char* expected;
-    };
-    for (const Case& c : {Case{"1", "1", "first"}, Case{"0", "\"x\"", "second"}, Case{"0", "\"\"", "else"},
-                          Case{"null", "false", "else"}, Case{"[]", "0", "first"}, Case{"{}", "0", "first"}}) {
-        (*card.scope)["a"] = json(c.a);
-        (*card.scope)["b"] = json(c.b);
-        EXPECT_EQ(card.run(chain).string(), c.expected) << c.a << " " << c.b;
+    const char* cases[][3] = {{"1", "1", "first"},     {"0", "\"x\"", "second"}, {"0", "\"\"", "else"},
+                              {"null", "false", "else"}, {"[]", "0", "first"},     {"{}", "0", "first"}};
+    for (const auto& [a, b, expected] : cases) {
+        (*card.scope)["a"] = json(a);
+        (*card.scope)["b"] = json(b);
+        EXPECT_EQ(card.run(chain).string(), expected) << a << " " << b;
     }
 }
 
-TEST(Condition, MissingBranchesEndTheChainNormally)
+TEST(Condition, MissingBranchesEndTheChainAndABranchCompletionIsHandedUp)
 {
-    TemplateHarness card;
-    // Second condition has no branch: the chain ends without testing it.
-    EXPECT_EQ(card.run(R"([{"$": 6, "c": [0, {"$": 5, "n": "nothing"}], "bs": [[{"$": 12}]]}])").kind(),
-              Kind::Completed);
-    EXPECT_EQ(card.run(R"([{"$": 6, "c": [0], "bs": [[{"$": 12}]]}])").kind(), Kind::Completed);
-    EXPECT_EQ(card.run(R"([{"$": 6, "c": [1], "bs": [[]]}])").kind(), Kind::Completed);
-    // A branch's completion is handed up.
-    EXPECT_EQ(card.run(R"([{"$": 6, "c": [1], "bs": [[{"$": 13}]]}])").kind(), Kind::Continue);
+    expectRuns({
+        {R"([{"$": 6, "c": [0, SEE(1)], "bs": [[{"$": 12}]]}])", "completed"},
+        {R"([{"$": 6, "c": [0], "bs": [[{"$": 12}]]}])", "completed"},
+        {R"([{"$": 6, "c": [1], "bs": [[]]}])", "completed"},
+        {R"([{"$": 6, "c": [1], "bs": [[{"$": 13}]]}])", "continue"},
+    });
 }
 
 TEST(While, OnlyARealTrueGoesOn)
 {
     TemplateHarness card;
     for (const char* condition : {"1", "\"yes\"", "{}", "[1]", "null"}) {
-        card.scope->clear();
-        std::string loop = std::string(R"([{"$": 8, "c": )") + condition +
-                           R"(, "b": [{"$": 2, "n": "ran", "value": true}]}])";
-        EXPECT_EQ(card.run(loop).kind(), Kind::Null) << condition;
-        EXPECT_TRUE(card.local("ran").isNull()) << condition;
+        std::string loop = std::string(R"([{"$": 8, "b": [{"$": 11, "returnValue": "ran"}], "c": )") + condition + "}]";
+        EXPECT_TRUE(card.run(loop).isNull()) << condition;
     }
 }
 
-TEST(While, CountsAndEndsWithNullSoTheListStops)
+// A While always ends with null, a non-normal completion: the list stops.
+TEST(While, EndsWithNullSoTheListStops)
 {
-    TemplateHarness card(R"({"functions": [{"n": "count", "a": [], "b": [
-        {"$": 2, "n": "i", "value": 0},
-        {"$": 8, "c": {"$": 5, "n": "0", "a": [4, {"$": 1, "n": "i"}, 3]}, "b": [
-            {"$": 2, "n": "i", "value": {"$": 5, "n": "1", "a": [[0], [{"$": 1, "n": "i"}, 1]]}}]},
-        {"$": 11, "returnValue": 5}]}]})");
-    // The statements after a While never run: the function returns null.
-    EXPECT_EQ(card.call("count").kind(), Kind::Null);
+    expectRuns({
+        {R"([{"$": 2, "n": "go", "value": true}, {"$": 8, "c": {"$": 1, "n": "go"}, "b": [
+            SEE(go), {"$": 2, "n": "go", "value": false}]}, {"$": 2, "n": "after", "value": 1}])",
+         "null", "[true]", R"({"go":false})"},
+        {R"([{"$": 8, "isDoWhile": true, "c": false, "b": [SEE(1)]}])", "null", "[1]"},
+        // continue goes back to the test; break ends with null; return is handed up.
+        {R"([{"$": 2, "n": "go", "value": true}, {"$": 8, "c": {"$": 1, "n": "go"}, "b": [
+            {"$": 2, "n": "go", "value": false}, {"$": 13}, SEE(go)]}])", "null", "[]", R"({"go":false})"},
+        {R"([{"$": 8, "c": true, "b": [{"$": 12}]}])", "null"},
+        {R"([{"$": 8, "c": true, "b": [{"$": 11, "returnValue": 7}]}])", "7"},
+    });
 }
 
-TEST(While, DoWhileRunsTheBodyFirst)
+TEST(ForRange, CountsFromTheTruncatedStartReReadingTheEndAndErasesItsIndex)
 {
-    TemplateHarness card;
-    EXPECT_EQ(card.run(R"([{"$": 8, "isDoWhile": true, "c": false, "b": [{"$": 2, "n": "ran", "value": 1}]}])").kind(),
-              Kind::Null);
-    EXPECT_EQ(card.local("ran").number(), 1);
+    expectRuns({
+        {R"([{"$": 7, "startIndex": 2.9, "endIndex": 5, "index": "v", "b": [SEE(v)]}])", "completed", "[2,3,4]"},
+        {R"([{"$": 2, "n": "end", "value": 10}, {"$": 7, "startIndex": 0, "endIndex": {"$": 1, "n": "end"},
+            "index": "v", "b": [SEE(v), {"$": 2, "n": "end", "value": 3}]}])", "completed", "[0,1,2]", R"({"end":3})"},
+        // A NaN end (0 / 0) does not end the loop; here the body leaves at 1.
+        {R"([{"$": 7, "startIndex": 0, "endIndex": {"$": 5, "n": "1", "a": [[3], [0, 0]]}, "index": "v",
+            "b": [SEE(v), {"$": 6, "c": [{"$": 1, "n": "v"}], "bs": [[{"$": 12}]]}]}])", "completed", "[0,1]"},
+        // An empty body evaluates neither bound.
+        {R"([{"$": 7, "startIndex": SEE(0), "endIndex": SEE(3), "index": "i", "b": []}])", "completed"},
+        // The index is erased however the loop ends, even a local it replaced.
+        {R"([{"$": 2, "n": "i", "value": "before"}, {"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [
+            {"$": 12}]}])", "completed"},
+        {R"([{"$": 2, "n": "i", "value": "before"}, {"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [
+            {"$": 11, "returnValue": 9}]}])", "9"},
+        // A start that is not a number counts from 0; continue and break.
+        {R"([{"$": 7, "startIndex": "x", "endIndex": 5, "index": "v", "b": [
+            {"$": 6, "c": [{"$": 5, "n": "0", "a": [0, {"$": 1, "n": "v"}, 1]}], "bs": [[{"$": 13}]]},
+            {"$": 6, "c": [{"$": 5, "n": "0", "a": [0, {"$": 1, "n": "v"}, 3]}], "bs": [[{"$": 12}]]},
+            SEE(v)]}])", "completed", "[0,2]"},
+        // A break inside a switch leaves only the switch.
+        {R"([{"$": 7, "startIndex": 0, "endIndex": 3, "index": "v", "b": [
+            {"$": 9, "t": {"$": 1, "n": "v"}, "c": [1], "bs": [[{"$": 12}]], "default": []}, SEE(v)]}])",
+         "completed", "[0,1,2]"},
+    });
 }
 
-TEST(While, BreakContinueAndReturn)
+TEST(ForOf, WalksBytesOrALiveArrayEvaluatingTheTargetTwice)
 {
-    TemplateHarness card;
-    // continue goes to the test; break ends with null; return hands its value up.
-    (*card.scope)["go"] = Value(true);
-    EXPECT_EQ(card.run(R"([{"$": 8, "c": {"$": 1, "n": "go"}, "b": [
-        {"$": 2, "n": "go", "value": false}, {"$": 13}, {"$": 2, "n": "skipped", "value": 1}]}])").kind(),
-              Kind::Null);
-    EXPECT_TRUE(card.local("skipped").isNull());
-    EXPECT_EQ(card.run(R"([{"$": 8, "c": true, "b": [{"$": 12}]}])").kind(), Kind::Null);
-    EXPECT_EQ(card.run(R"([{"$": 8, "c": true, "b": [{"$": 11, "returnValue": 7}]}])").number(), 7);
+    expectRuns({
+        // Five letters, one of them two bytes in UTF-8: six rounds.
+        {R"([{"$": 10, "t": "cafés", "index": "i", "item": "v", "b": [SEE(v)]}])", "completed",
+         "[99,97,102,195,169,115]"},
+        // The first round appends to the array being walked.
+        {R"([{"$": 2, "n": "list", "value": [1, 2]}, {"$": 10, "t": {"$": 1, "n": "list"}, "index": "i", "item": "v",
+            "b": [SEE(v), {"$": 6, "c": [{"$": 1, "n": "i"}], "bs": [[], [
+                {"$": 5, "n": "j", "a": [{"$": 1, "n": "list"}, [3]]}]]}]}])", "completed", "[1,2,3]",
+         R"({"list":[1,2,3]})"},
+        {R"([{"$": 10, "t": SEE([1]), "index": "i", "item": "v", "b": [{"$": 12}]}])", "completed", "[[1],[1]]"},
+        {R"([{"$": 10, "t": SEE([1]), "index": "i", "item": "v", "b": []}])", "completed"},
+        {R"([{"$": 10, "t": {"a": 1}, "index": "i", "item": "v", "b": [{"$": 11, "returnValue": 1}]}])", "completed"},
+        {R"([{"$": 10, "t": [5, 6], "index": "i", "item": "v", "b": [{"$": 11, "returnValue": {"$": 1, "n": "v"}}]}])",
+         "5"},
+    });
 }
 
-TEST(ForRange, TruncatesTheStartAndCountsToTheEnd)
+TEST(Switch, FallsThroughFromTheMatchUntilABreak)
 {
-    TemplateHarness card(R"({"variables": {"seen": []}})");
-    EXPECT_EQ(card.run(withRecord(R"([{"$": 7, "startIndex": 2.9, "endIndex": 5, "index": "v", "b": [RECORD]}])")).kind(),
-              Kind::Completed);
-    EXPECT_EQ(canonicalJson(card.ui("seen")), "[2,3,4]");
-}
-
-TEST(ForRange, ReReadsTheEndEveryRound)
-{
-    TemplateHarness card(R"({"variables": {"seen": [], "end": 10}})");
-    card.run(withRecord(R"([{"$": 7, "startIndex": 0, "endIndex": {"$": 3, "n": "end"}, "index": "v", "b": [
-        RECORD, {"$": 4, "n": "end", "value": 3}]}])"));
-    EXPECT_EQ(canonicalJson(card.ui("seen")), "[0,1,2]");
-}
-
-TEST(ForRange, ANaNEndDoesNotEndTheLoop)
-{
-    TemplateHarness card(R"({"variables": {"seen": []}})");
-    // 0 / 0 as the end; the body leaves by itself after three rounds.
-    card.run(withRecord(R"([{"$": 7, "startIndex": 0, "endIndex": {"$": 5, "n": "1", "a": [[3], [0, 0]]}, "index": "v",
-        "b": [RECORD, {"$": 6, "c": [{"$": 5, "n": "0", "a": [0, {"$": 1, "n": "v"}, 2]}], "bs": [[{"$": 12}]]}]}])"));
-    EXPECT_EQ(canonicalJson(card.ui("seen")), "[0,1,2]");
-}
-
-TEST(ForRange, EmptyBodyEvaluatesNothing)
-{
-    TemplateHarness card(R"({"functions": [{"n": "touch", "a": [], "b": [{"$": 18, "n": "touched", "value": 1}]}]})");
-    card.run(R"([{"$": 7, "startIndex": {"$": 5, "n": "touch", "a": []}, "endIndex": {"$": 5, "n": "touch", "a": []},
-                  "index": "i", "b": []}])");
-    EXPECT_TRUE(card.global("touched").isNull());
-}
-
-TEST(ForRange, EraseTheIndexHoweverTheLoopEnds)
-{
-    TemplateHarness card;
-    for (const char* body : {R"({"$": 2, "n": "x", "value": 1})", R"({"$": 12})", R"({"$": 11, "returnValue": 9})"}) {
-        (*card.scope)["i"] = Value("before");
-        card.run(std::string(R"([{"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [)") + body + "]}]");
-        EXPECT_FALSE(card.scope->contains("i")) << body;
-    }
-    EXPECT_EQ(card.run(R"([{"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [{"$": 11, "returnValue": 9}]}])")
-                  .number(),
-              9);
-}
-
-TEST(ForRange, ContinueAndBreak)
-{
-    TemplateHarness card(R"({"variables": {"seen": []}})");
-    EXPECT_EQ(card.run(withRecord(R"([{"$": 7, "startIndex": "x", "endIndex": 5, "index": "v", "b": [
-        {"$": 6, "c": [{"$": 5, "n": "0", "a": [0, {"$": 1, "n": "v"}, 1]}], "bs": [[{"$": 13}]]},
-        {"$": 6, "c": [{"$": 5, "n": "0", "a": [0, {"$": 1, "n": "v"}, 3]}], "bs": [[{"$": 12}]]},
-        RECORD]}])")).kind(),
-              Kind::Completed);
-    EXPECT_EQ(canonicalJson(card.ui("seen")), "[0,2]");
-}
-
-TEST(ForOf, WalksTheBytesOfAString)
-{
-    TemplateHarness card(R"({"variables": {"seen": []}})");
-    // Five letters, one of them two bytes in UTF-8: six rounds.
-    card.run(withRecord(std::string(R"([{"$": 10, "t": "caf)") + "\xc3\xa9" +
-                        R"(s", "index": "i", "item": "v", "b": [RECORD]}])"));
-    EXPECT_EQ(canonicalJson(card.ui("seen")), "[99,97,102,195,169,115]");
-    EXPECT_FALSE(card.scope->contains("i"));
-    EXPECT_FALSE(card.scope->contains("v"));
-}
-
-TEST(ForOf, WalksAnArrayThatGrowsWhileWalking)
-{
-    TemplateHarness card(R"({"variables": {"seen": []}})");
-    (*card.scope)["list"] = json("[1, 2]");
-    card.run(withRecord(R"([{"$": 10, "t": {"$": 1, "n": "list"}, "index": "i", "item": "v", "b": [
-        RECORD,
-        {"$": 6, "c": [{"$": 5, "n": "0", "a": [0, {"$": 1, "n": "i"}, 0]}], "bs": [[
-            {"$": 5, "n": "j", "a": [{"$": 1, "n": "list"}, [3]]}]]}]}])"));
-    EXPECT_EQ(canonicalJson(card.ui("seen")), "[1,2,3]");
-}
-
-TEST(ForOf, EvaluatesTheTargetTwice)
-{
-    TemplateHarness card(R"({"functions": [{"n": "target", "a": [], "b": [
-        {"$": 18, "n": "calls", "value": {"$": 5, "n": "1", "a": [[0], [{"$": 17, "n": "calls"}, 1]]}},
-        {"$": 11, "returnValue": [1]}]}]})");
-    card.run(R"([{"$": 10, "t": {"$": 5, "n": "target", "a": []}, "index": "i", "item": "v", "b": [{"$": 12}]}])");
-    EXPECT_EQ(card.global("calls").number(), 2);
-    // Neither evaluation happens when the body is empty.
-    card.run(R"([{"$": 10, "t": {"$": 5, "n": "target", "a": []}, "index": "i", "item": "v", "b": []}])");
-    EXPECT_EQ(card.global("calls").number(), 2);
-}
-
-TEST(ForOf, NonArraysWalkNothingAndReturnsArePassedUp)
-{
-    TemplateHarness card;
-    EXPECT_EQ(card.run(R"([{"$": 10, "t": {"a": 1}, "index": "i", "item": "v", "b": [{"$": 11, "returnValue": 1}]}])")
-                  .kind(),
-              Kind::Completed);
-    EXPECT_EQ(card.run(R"([{"$": 10, "t": [5, 6], "index": "i", "item": "v", "b": [{"$": 11, "returnValue": {"$": 1, "n": "v"}}]}])")
-                  .number(),
-              5);
-    EXPECT_FALSE(card.scope->contains("v"));
-}
-
-TEST(Switch, FallsThroughAndRunsTheDefault)
-{
-    TemplateHarness card(R"({"variables": {"seen": []}})");
-    (*card.scope)["v"] = Value(0);
-    std::string sw = withRecord(R"([{"$": 9, "t": 1, "c": [1, 2, 3], "bs": [
-        [{"$": 2, "n": "v", "value": "one"}, RECORD],
-        [{"$": 2, "n": "v", "value": "two"}, RECORD],
-        [{"$": 2, "n": "v", "value": "three"}, RECORD, {"$": 12}]],
-      "default": [{"$": 2, "n": "v", "value": "default"}, RECORD]}])");
-    EXPECT_EQ(card.run(sw).kind(), Kind::Completed);
-    EXPECT_EQ(canonicalJson(card.ui("seen")), R"(["one","two","three"])");
+    expectRuns({
+        {R"([{"$": 9, "t": 2, "c": [1, 2, 3, 4], "bs": [[SEE(1)], [SEE(2)], [SEE(3), {"$": 12}], [SEE(4)]],
+            "default": [SEE(0)]}])", "completed", "[2,3]"},
+        {R"([{"$": 9, "t": 1, "c": [1], "bs": [[SEE(1)]], "default": [SEE(0)]}])", "completed", "[1,0]"},
+        {R"([{"$": 9, "t": 5, "c": [1], "bs": [[SEE(1)]], "default": [SEE(0)]}])", "completed", "[0]"},
+        // continue is handed up; a break in the default reaches the enclosing list.
+        {R"([{"$": 9, "t": 1, "c": [1], "bs": [[{"$": 13}]]}])", "continue"},
+        {R"([{"$": 9, "t": 5, "c": [1], "bs": [[]], "default": [{"$": 12}]}])", "break"},
+        // More cases than bodies: the switch ends and the default is skipped.
+        {R"([{"$": 9, "t": 5, "c": [1, 2], "bs": [[]], "default": [{"$": 12}]}])", "completed"},
+        // The subject is evaluated for every comparison up to the match.
+        {R"([{"$": 9, "t": SEE(3), "c": [1, 2, 3, 4], "bs": [[], [], [], []]}])", "completed", "[3,3,3]"},
+    });
 }
 
 TEST(Switch, MatchesOnlyNumbersAndStrings)
 {
     TemplateHarness card;
-    struct Case {
-        const char* subject;
-        const char* label;
-        bool matches;
-    };
-    for (const Case& c : {Case{"1", "1", true}, Case{"\"a\"", "\"a\"", true}, Case{"true", "true", false},
-                          Case{"null", "null", false}, Case{"1", "\"1\"", false}, Case{"[1]", "[1]", false}}) {
-        std::string sw = std::string(R"([{"$": 9, "t": )") + c.subject + R"(, "c": [)" + c.label +
+    const char* cases[][3] = {{"1", "1", "case"},         {"\"a\"", "\"a\"", "case"}, {"true", "true", "default"},
+                              {"null", "null", "default"}, {"1", "\"1\"", "default"}, {"[1]", "[1]", "default"}};
+    for (const auto& [subject, label, expected] : cases) {
+        std::string sw = std::string(R"([{"$": 9, "t": )") + subject + R"(, "c": [)" + label +
                          R"(], "bs": [[{"$": 11, "returnValue": "case"}]], "default": [{"$": 11, "returnValue": "default"}]}])";
-        EXPECT_EQ(card.run(sw).string(), c.matches ? "case" : "default") << c.subject;
+        EXPECT_EQ(card.run(sw).string(), expected) << subject << " " << label;
     }
 }
 
-TEST(Switch, CompletionsOfBodiesAndDefault)
+TEST(Assignments, StoreIntoTheirTablesAndOnlyUiWritesAreObservedOrNeedNoEngine)
+{
+    TemplateHarness card(recorder);
+    card.run(R"([{"$": 2, "n": "l", "value": 1}, {"$": 4, "n": "u", "value": 2}, {"$": 18, "n": "g", "value": 3},
+                 {"$": 2, "n": "l", "value": [{"$": 1, "n": "l"}]}])");
+    EXPECT_EQ(canonicalJson(card.local("l")), "[1]");
+    EXPECT_EQ(card.ui("u").number(), 2);
+    EXPECT_EQ(card.global("g").number(), 3);
+    EXPECT_FALSE(card.engine->observers.contains("g"));
+
+    // With the engine gone, UI and global writes do not even evaluate.
+    Value statements = json(R"({"b": [{"$": 4, "n": "x", "value": {"$": 5, "n": "tick", "a": [1]}},
+        {"$": 18, "n": "y", "value": 1}, {"$": 2, "n": "z", "value": 1}]})");
+    EXPECT_EQ(runStatements(buildStatementList(statements, "b"), card.scope, EngineRef()).kind(), Kind::Completed);
+    EXPECT_EQ(canonicalJson(card.ui("seen")), "[]");
+    EXPECT_FALSE(card.hasUi("x"));
+    EXPECT_TRUE(card.global("y").isNull());
+    EXPECT_EQ(card.local("z").number(), 1);
+}
+
+TEST(Assignments, TraceLinesNameTheTable)
 {
     TemplateHarness card;
-    // break in a case ends the switch normally; continue is handed up.
-    EXPECT_EQ(card.run(R"([{"$": 9, "t": 1, "c": [1], "bs": [[{"$": 12}]], "default": [{"$": 11, "returnValue": 1}]}])")
-                  .kind(),
-              Kind::Completed);
-    EXPECT_EQ(card.run(R"([{"$": 9, "t": 1, "c": [1], "bs": [[{"$": 13}]]}])").kind(), Kind::Continue);
-    // break in the default reaches the enclosing list.
-    EXPECT_EQ(card.run(R"([{"$": 9, "t": 5, "c": [1], "bs": [[]], "default": [{"$": 12}]}])").kind(), Kind::Break);
-    // More cases than bodies: the switch ends and the default is skipped.
-    EXPECT_EQ(card.run(R"([{"$": 9, "t": 5, "c": [1, 2], "bs": [[]], "default": [{"$": 12}]}])").kind(),
-              Kind::Completed);
-}
-
-TEST(Switch, EvaluatesTheSubjectForEveryComparison)
-{
-    TemplateHarness card(R"({"functions": [{"n": "subject", "a": [], "b": [
-        {"$": 18, "n": "calls", "value": {"$": 5, "n": "1", "a": [[0], [{"$": 17, "n": "calls"}, 1]]}},
-        {"$": 11, "returnValue": 3}]}]})");
-    card.run(R"([{"$": 9, "t": {"$": 5, "n": "subject", "a": []}, "c": [1, 2, 3, 4], "bs": [[], [], [], []]}])");
-    EXPECT_EQ(card.global("calls").number(), 3);
-}
-
-TEST(Loops, BreakInsideASwitchInsideALoopLeavesOnlyTheSwitch)
-{
-    TemplateHarness card(R"({"variables": {"seen": []}})");
-    card.run(withRecord(R"([{"$": 7, "startIndex": 0, "endIndex": 3, "index": "v", "b": [
-        {"$": 9, "t": {"$": 1, "n": "v"}, "c": [1], "bs": [[{"$": 12}]], "default": []},
-        RECORD]}])"));
-    EXPECT_EQ(canonicalJson(card.ui("seen")), "[0,1,2]");
+    MeroTest::DebugModeScope debug(true);
+    testing::internal::CaptureStdout();
+    card.run(R"([{"$": 2, "n": "a", "value": [1, "x"]}, {"$": 4, "n": "b", "value": {"k": null}},
+                 {"$": 18, "n": "c", "value": 2.5}])");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "Mero_log-> set localRef, name: a value: [1,x,]\n"
+              "Mero_log-> set uiRef, name: b value: {k:null,}\n"
+              "Mero_log-> set globalRef, name: c value: 2.5\n");
+    EXPECT_EQ(MeroTest::printedOutput([&] { card.run(R"([{"$": 4, "n": "b", "value": 1}])"); }), "");
 }
