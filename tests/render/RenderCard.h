@@ -1,8 +1,8 @@
 // A card's render tree over a loaded template, with a recording host: every
 // Component call of every node lands, in order, in one log of lines such as
 //
-//     "root children 1:b"          updateChildren: index:child id
-//     "title set 203=Hi 8=0.5"     updateProperties: id=value
+//     "root children 1:b"             updateChildren: index:child id
+//     "title set 203=Hi 8=0.5"        updateProperties: id=value
 //     "title animate 8=0.5@2/300/10"  playAnimations: id=value@timing/duration/delay
 //
 // so a test asserts exactly what a host would see.
@@ -15,6 +15,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "render/Component.h"
@@ -24,6 +25,8 @@
 #include "support/TemplateHarness.h"
 
 namespace MeroTest {
+
+using Calls = std::vector<std::string>;
 
 inline std::string describe(const Mero::Value& value)
 {
@@ -38,7 +41,7 @@ inline std::string describe(const Mero::Value& value)
 
 class RecordingComponent : public Mero::Component {
 public:
-    RecordingComponent(std::string id, std::vector<std::string>& log) : id_(std::move(id)), log_(log) {}
+    RecordingComponent(std::string id, Calls& log) : id_(std::move(id)), log_(log) {}
 
     void updateChildren(const std::vector<Mero::ChildChange>& changes) override
     {
@@ -81,7 +84,7 @@ public:
 
 private:
     std::string id_;
-    std::vector<std::string>& log_;
+    Calls& log_;
 };
 
 class RenderCard : public TemplateHarness {
@@ -95,11 +98,17 @@ public:
         engine->containerHeight = 1334.0F;
     }
 
-    // initNode: the tree from the template's elements, without scope.
+    // The tree from the template's elements, without scope.
     Mero::ViewRenderNode& build()
     {
-        engine->rootNode = Mero::createRenderNode(engine->elements, nullptr, engine, nullptr);
+        engine->rootNode = node(engine->elements);
         return *engine->rootNode;
+    }
+
+    // One node from an element, outside the card's tree.
+    Mero::RenderNodePtr node(const Mero::Value& element)
+    {
+        return Mero::createRenderNode(element, nullptr, engine, nullptr);
     }
 
     Mero::ViewRenderNode& root() { return *engine->rootNode; }
@@ -138,12 +147,10 @@ public:
     }
 
     // Flushes and hands back what the host saw since the last call.
-    std::vector<std::string> flush()
+    Calls flush()
     {
         engine->flush();
-        std::vector<std::string> seen = std::move(calls);
-        calls.clear();
-        return seen;
+        return std::exchange(calls, {});
     }
 
     // Breadth first from the root, first match.
@@ -156,23 +163,18 @@ public:
             if (node->nodeId == id) {
                 return node;
             }
-            if (node->isContainer()) {
-                for (const Mero::RenderNodePtr& child : static_cast<Mero::ContainerRenderNode*>(node)->children) {
-                    queue.push_back(child.get());
-                }
+            for (const Mero::RenderNodePtr& child : childrenOf(*node)) {
+                queue.push_back(child.get());
             }
         }
+        ADD_FAILURE() << "no node " << id;
         return nullptr;
     }
 
     template <typename Node>
     Node& as(std::string_view id)
     {
-        Mero::ViewRenderNode* node = find(id);
-        EXPECT_NE(node, nullptr) << id;
-        Node* typed = dynamic_cast<Node*>(node);
-        EXPECT_NE(typed, nullptr) << id;
-        return *typed;
+        return dynamic_cast<Node&>(*find(id));
     }
 
     RecordingComponent& componentOf(std::string_view id)
@@ -180,7 +182,22 @@ public:
         return *static_cast<RecordingComponent*>(find(id)->component);
     }
 
-    std::vector<std::string> calls;
+    static const std::vector<Mero::RenderNodePtr>& childrenOf(Mero::ViewRenderNode& node)
+    {
+        static const std::vector<Mero::RenderNodePtr> none;
+        return node.isContainer() ? static_cast<Mero::ContainerRenderNode&>(node).children : none;
+    }
+
+    static std::vector<std::string> childIds(Mero::ViewRenderNode& node)
+    {
+        std::vector<std::string> ids;
+        for (const Mero::RenderNodePtr& child : childrenOf(node)) {
+            ids.push_back(child->nodeId);
+        }
+        return ids;
+    }
+
+    Calls calls;
 
 private:
     void attach(Mero::ViewRenderNode& node)
@@ -190,16 +207,12 @@ private:
             node.component = components_.back().get();
             node.hasComponent = true;
         }
-        if (node.isContainer()) {
-            for (const Mero::RenderNodePtr& child : static_cast<Mero::ContainerRenderNode&>(node).children) {
-                attach(*child);
-            }
+        for (const Mero::RenderNodePtr& child : childrenOf(node)) {
+            attach(*child);
         }
     }
 
     std::vector<std::unique_ptr<RecordingComponent>> components_;
 };
-
-using Calls = std::vector<std::string>;
 
 }  // namespace MeroTest

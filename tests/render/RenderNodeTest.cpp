@@ -1,7 +1,10 @@
 // The node base: identity, transitions, visibility, queueing and lifetime.
 #include <gtest/gtest.h>
 
-#include "render/FlexRenderNode.h"
+#include <list>
+#include <optional>
+#include <tuple>
+
 #include "render/RenderCard.h"
 
 using Mero::ViewRenderNode;
@@ -11,14 +14,15 @@ using MeroTest::RenderCard;
 namespace {
 
 // A row of three views a, b, c, each 100 wide; b's visibility follows "showB".
-constexpr const char* threeChildren = R"({
-    "variables": {"showB": true, "showRoot": true},
-    "elements": {"$": 3, "nodeId": "root", "visible": {"$": 3, "n": "showRoot"}, "children": [
-        {"$": 0, "nodeId": "a", "width": {"sizeType": 1, "value": 100}},
-        {"$": 0, "nodeId": "b", "width": {"sizeType": 1, "value": 100}, "visible": {"$": 3, "n": "showB"}},
-        {"$": 0, "nodeId": "c", "width": {"sizeType": 1, "value": 100}}
-    ]}
-})";
+constexpr const char* threeChildren = R"({"variables": {"showB": true}, "elements": {"$": 3, "nodeId": "root",
+    "children": [{"$": 0, "nodeId": "a", "width": {"sizeType": 1, "value": 100}},
+    {"$": 0, "nodeId": "b", "width": {"sizeType": 1, "value": 100}, "visible": {"$": 3, "n": "showB"}},
+    {"$": 0, "nodeId": "c", "width": {"sizeType": 1, "value": 100}}]}})";
+
+ViewRenderNode view(RenderCard& card, std::string_view element, Mero::LocalScope scope = nullptr)
+{
+    return ViewRenderNode(MeroTest::json(element), nullptr, card.engine, std::move(scope));
+}
 
 }  // namespace
 
@@ -28,76 +32,50 @@ TEST(RenderNodeIdentity, ScopeNumbersBecomeHashSuffixes)
     Mero::LocalScope scope = Mero::makeLocalScope();
     (*scope)["i"] = 3.0;
     (*scope)["name"] = "skip";
-    ViewRenderNode single(MeroTest::json(R"({"$": 0, "nodeId": "card"})"), nullptr, card.engine, scope);
-    EXPECT_EQ(single.nodeId, "card#3");
-
+    EXPECT_EQ(view(card, R"({"$": 0, "nodeId": "card"})", scope).nodeId, "card#3");
     // Equal numbers, so the map's order does not matter; truncated toward 0.
     (*scope)["i"] = 7.9;
     (*scope)["j"] = 7.2;
-    ViewRenderNode unnamed(MeroTest::json(R"({"$": 0})"), nullptr, card.engine, scope);
-    EXPECT_EQ(unnamed.nodeId, "#7#7");
-
-    ViewRenderNode unscoped(MeroTest::json(R"({"$": 0, "nodeId": "card"})"), nullptr, card.engine, nullptr);
-    EXPECT_EQ(unscoped.nodeId, "card");
+    EXPECT_EQ(view(card, R"({"$": 0})", scope).nodeId, "#7#7");
+    EXPECT_EQ(view(card, R"({"$": 0, "nodeId": "card"})").nodeId, "card");
 }
 
-TEST(RenderNodeTransitions, EntriesAreReadAndAllIsKeptApart)
-{
-    RenderCard card("{}");
-    ViewRenderNode node(MeroTest::json(R"({"$": 0, "transition": {
-                            "opacity": {"timing": 2.7, "duration": 300, "delay": 10},
-                            "all": {"timing": 1, "duration": 150}}})"),
-                        nullptr, card.engine, nullptr);
-    ASSERT_EQ(node.transitions.size(), 1U);
-    const Mero::Transition& opacity = node.transitions.at("opacity");
-    EXPECT_EQ(opacity.timing, 2U);
-    EXPECT_EQ(opacity.duration, 300.0);
-    EXPECT_EQ(opacity.delay, 10.0);
-    ASSERT_TRUE(node.allTransition.has_value());
-    EXPECT_EQ(node.allTransition->timing, 1U);
-    EXPECT_EQ(node.allTransition->duration, 150.0);
-    EXPECT_EQ(node.allTransition->delay, 0.0);
-    EXPECT_EQ(node.transitionFor("opacity"), &opacity);
-    EXPECT_EQ(node.transitionFor("scaleX"), &*node.allTransition);
-}
-
-TEST(RenderNodeTransitions, NonObjectTransitionIsIgnored)
-{
-    RenderCard card("{}");
-    ViewRenderNode node(MeroTest::json(R"({"$": 0, "transition": [{"all": {"duration": 1}}]})"), nullptr, card.engine,
-                        nullptr);
-    EXPECT_TRUE(node.transitions.empty());
-    EXPECT_FALSE(node.allTransition.has_value());
-    EXPECT_EQ(node.transitionFor("opacity"), nullptr);
-}
-
-TEST(RenderNodeLoopAnimation, IsEvaluatedOnceAtConstruction)
+TEST(RenderNodeTransitions, EntriesAreReadAllIsKeptApartAndANonObjectIsIgnored)
 {
     RenderCard card(R"({"variables": {"spin": "slow"}})");
-    ViewRenderNode node(MeroTest::json(R"({"$": 0, "loopAnimation": {"kind": {"$": 3, "n": "spin"}}})"), nullptr,
-                        card.engine, nullptr);
+    ViewRenderNode node = view(card, R"({"$": 0, "loopAnimation": {"kind": {"$": 3, "n": "spin"}}, "transition": {
+        "opacity": {"timing": 2.7, "duration": 300, "delay": 10}, "all": {"timing": 1, "duration": 150}}})");
+    ASSERT_EQ(node.transitions.size(), 1U);
+    const Mero::Transition* opacity = node.transitionFor("opacity");
+    ASSERT_EQ(opacity, &node.transitions.at("opacity"));
+    EXPECT_EQ(std::tuple(opacity->timing, opacity->duration, opacity->delay), std::tuple(2U, 300.0, 10.0));
+    const Mero::Transition* all = node.transitionFor("scaleX");
+    ASSERT_EQ(all, &*node.allTransition);
+    EXPECT_EQ(std::tuple(all->timing, all->duration, all->delay), std::tuple(1U, 150.0, 0.0));
+    // The loop animation is evaluated once, at construction.
     card.set("spin", R"("fast")");
     EXPECT_EQ(node.loopAnimation.object().at("kind").string(), "slow");
+
+    ViewRenderNode listed = view(card, R"({"$": 0, "transition": [{"all": {"duration": 1}}]})");
+    EXPECT_TRUE(listed.transitions.empty());
+    EXPECT_EQ(listed.transitionFor("opacity"), nullptr);
 }
 
 TEST(RenderNodeQueue, MarkPendingEnlistsOnceAndRefusesWhatCannotBeShown)
 {
     RenderCard card("{}");
-    ViewRenderNode node(MeroTest::json(R"({"$": 0})"), nullptr, card.engine, nullptr);
+    ViewRenderNode node = view(card, R"({"$": 0})");
     EXPECT_TRUE(node.markPending());
     EXPECT_TRUE(node.markPending());
     EXPECT_EQ(card.engine->pendingNodes.size(), 1U);
-    EXPECT_TRUE(node.queued);
 
-    ViewRenderNode empty(MeroTest::json(R"({"$": 0, "isEmpty": true})"), nullptr, card.engine, nullptr);
+    ViewRenderNode empty = view(card, R"({"$": 0, "isEmpty": true})");
     EXPECT_FALSE(empty.markPending());
     empty.queuePropertyUpdate(8, 0.5);
     EXPECT_TRUE(empty.propertyUpdates.empty());
+    EXPECT_FALSE(view(card, R"({"$": 0, "visible": false})").markPending());
 
-    ViewRenderNode hidden(MeroTest::json(R"({"$": 0, "visible": false})"), nullptr, card.engine, nullptr);
-    EXPECT_FALSE(hidden.markPending());
-
-    ViewRenderNode orphan(MeroTest::json(R"({"$": 0})"), nullptr, card.engine, nullptr);
+    ViewRenderNode orphan = view(card, R"({"$": 0})");
     card.engine->pendingNodes.clear();
     node.queued = false;
     card.release();
@@ -110,30 +88,22 @@ TEST(RenderNodeQueue, ANodeDestroyedWhileQueuedLeavesThePendingList)
 {
     RenderCard card("{}");
     auto doomed = std::make_unique<ViewRenderNode>(MeroTest::json(R"({"$": 0})"), nullptr, card.engine, nullptr);
-    ViewRenderNode kept(MeroTest::json(R"({"$": 0})"), nullptr, card.engine, nullptr);
+    ViewRenderNode kept = view(card, R"({"$": 0})");
     doomed->queuePropertyUpdate(8, 1.0);
     kept.queuePropertyUpdate(8, 1.0);
     doomed.reset();
-    ASSERT_EQ(card.engine->pendingNodes.size(), 1U);
-    EXPECT_EQ(card.engine->pendingNodes.front(), &kept);
+    ASSERT_EQ(card.engine->pendingNodes, std::list<ViewRenderNode*>{&kept});
     card.engine->flush();  // must not reach the destroyed node
     EXPECT_TRUE(card.engine->pendingNodes.empty());
 }
 
-TEST(RenderNodeVisibility, SameValueQueuesNothing)
-{
-    RenderCard card(threeChildren);
-    card.start();
-    card.set("showB", "true");
-    EXPECT_EQ(card.flush(), Calls{});
-}
-
-TEST(RenderNodeVisibility, HidingAndShowingTheMiddleChildMovesItsYogaNode)
+TEST(RenderNodeVisibility, HidingAndShowingTheMiddleChildMovesItsYogaNodeAtItsIndex)
 {
     RenderCard card(threeChildren);
     ViewRenderNode& root = card.start();
     ViewRenderNode* b = card.find("b");
-    ASSERT_EQ(YGNodeGetChildCount(root.yogaNode), 3U);
+    card.set("showB", "true");
+    EXPECT_EQ(card.flush(), Calls{});
 
     card.set("showB", "false");
     EXPECT_EQ(card.flush(), (Calls{"root children 1:b", "c set 2=100"}));
@@ -142,43 +112,26 @@ TEST(RenderNodeVisibility, HidingAndShowingTheMiddleChildMovesItsYogaNode)
 
     card.set("showB", "true");
     EXPECT_EQ(card.flush(), (Calls{"root children 1:b", "c set 2=200"}));
-    ASSERT_EQ(YGNodeGetChildCount(root.yogaNode), 3U);
     EXPECT_EQ(YGNodeGetChild(root.yogaNode, 1), b->yogaNode);
-}
 
-TEST(RenderNodeVisibility, RepeatedTogglingKeepsYogaConsistent)
-{
-    RenderCard card(threeChildren);
-    ViewRenderNode& root = card.start();
     for (int i = 0; i < 5; ++i) {
         card.set("showB", "false");
         card.set("showB", "true");
     }
     card.set("showB", "false");
     EXPECT_EQ(YGNodeGetChildCount(root.yogaNode), 2U);
-    EXPECT_EQ(card.find("b")->childChanges.size(), 0U);
     EXPECT_EQ(root.childChanges.size(), 11U);
 }
 
-TEST(RenderNodeVisibility, OnlyShowingTheRootQueuesMinusOne)
-{
-    RenderCard card(threeChildren);
-    ViewRenderNode& root = card.start();
-    card.set("showRoot", "false");
-    EXPECT_TRUE(root.childChanges.empty());
-    EXPECT_EQ(card.flush(), Calls{});
-
-    card.set("showRoot", "true");
-    EXPECT_EQ(card.flush(), Calls{"root children -1:root"});
-}
-
-TEST(RenderNodeVisibility, ChangesWhileHiddenOnlyReachTheCache)
+TEST(RenderNodeVisibility, TheRootQueuesMinusOneAndWhileHiddenChangesOnlyReachTheCache)
 {
     RenderCard card(R"({"variables": {"shown": true, "alpha": 1},
         "elements": {"$": 0, "nodeId": "n", "visible": {"$": 3, "n": "shown"}, "opacity": {"$": 3, "n": "alpha"}}})");
     ViewRenderNode& node = card.start();
     card.set("shown", "false");
     card.set("alpha", "0.25");
+    EXPECT_TRUE(node.childChanges.empty());
+    EXPECT_EQ(card.flush(), Calls{});
     EXPECT_EQ(node.style.opacity, 0.25);
     card.set("shown", "true");
     EXPECT_EQ(card.flush(), Calls{"n children -1:n"});
@@ -186,27 +139,30 @@ TEST(RenderNodeVisibility, ChangesWhileHiddenOnlyReachTheCache)
 
 TEST(RenderNodeHostNodes, FlattenedContainersHandUpTheirShownChildren)
 {
-    RenderCard card(R"({"elements": {"$": 3, "nodeId": "root", "children": [
-        {"$": 0, "nodeId": "a"},
+    RenderCard card(R"({"elements": {"$": 3, "nodeId": "root", "children": [{"$": 0, "nodeId": "a"},
         {"$": 3, "nodeId": "group", "isEmpty": true, "children": [
             {"$": 0, "nodeId": "g1"}, {"$": 0, "nodeId": "g2", "visible": false}, {"$": 0, "nodeId": "g3"}]},
-        {"$": 3, "nodeId": "none", "isEmpty": true},
-        {"$": 4, "nodeId": "flatText", "isEmpty": true},
+        {"$": 3, "nodeId": "none", "isEmpty": true}, {"$": 4, "nodeId": "flatText", "isEmpty": true},
         {"$": 0, "nodeId": "hidden", "visible": false}]}})");
-    ViewRenderNode& root = card.build();
-    auto ids = [](const std::optional<Mero::HostNodeList>& nodes) {
+    card.build();
+    auto ids = [&](std::string_view id) {
+        std::optional<Mero::HostNodeList> nodes = card.find(id)->collectHostNodes();
         std::vector<std::string> result;
-        for (ViewRenderNode* node : *nodes) {
+        for (ViewRenderNode* node : nodes.value_or(Mero::HostNodeList{})) {
             result.push_back(node->nodeId);
         }
-        return result;
+        return nodes ? result : std::vector<std::string>{"<none>"};
     };
-    EXPECT_EQ(ids(root.collectHostNodes()), std::vector<std::string>{"root"});
-    EXPECT_EQ(ids(card.find("group")->collectHostNodes()), (std::vector<std::string>{"g1", "g3"}));
-    EXPECT_FALSE(card.find("none")->collectHostNodes().has_value());
-    EXPECT_FALSE(card.find("flatText")->collectHostNodes().has_value());
-    EXPECT_FALSE(card.find("hidden")->collectHostNodes().has_value());
-    EXPECT_EQ(ids(card.find("a")->collectHostNodes()), std::vector<std::string>{"a"});
+    using Ids = std::vector<std::string>;
+    EXPECT_EQ(ids("root"), Ids{"root"});
+    EXPECT_EQ(ids("a"), Ids{"a"});
+    EXPECT_EQ(ids("group"), (Ids{"g1", "g3"}));
+    for (const char* id : {"none", "flatText", "hidden"}) {
+        EXPECT_EQ(ids(id), Ids{"<none>"}) << id;
+    }
+    // Only shown children enter Yoga, in order.
+    ASSERT_EQ(YGNodeGetChildCount(card.find("group")->yogaNode), 2U);
+    EXPECT_EQ(YGNodeGetChild(card.find("group")->yogaNode, 1), card.find("g3")->yogaNode);
 }
 
 TEST(RenderNodeLifetime, BindingsOutliveTheirNodesHarmlessly)
