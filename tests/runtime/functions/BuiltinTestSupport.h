@@ -42,35 +42,26 @@ struct RecordingCallback {
     }
 };
 
-// Calls a fresh object of the built-in class with no engine.
+// Calls a fresh object of the built-in class, with no engine unless given.
 template <typename Function>
 Mero::Value callBuiltin(Mero::ArgList args, const Mero::EngineRef& engine = {})
 {
-    Function function;
-    return function.invoke(std::move(args), engine);
+    return Function().invoke(std::move(args), engine);
 }
 
 template <typename Function>
-Mero::Value callBuiltin(std::string_view arrayText, const Mero::EngineRef& engine = {})
+Mero::Value callBuiltin(std::string_view arrayText)
 {
-    return callBuiltin<Function>(argsOf(arrayText), engine);
+    return callBuiltin<Function>(argsOf(arrayText));
 }
 
-// A fresh object of a built-in class called with no engine, as a plain
-// function pointer, for tables of cases.
+// The same as a plain function pointer, for tables of cases.
 using Invoke = Mero::Value (*)(Mero::ArgList);
 
 template <typename Function>
 Mero::Value invokeFresh(Mero::ArgList args)
 {
     return callBuiltin<Function>(std::move(args));
-}
-
-// The canonical JSON of a built-in's result.
-template <typename Function>
-std::string resultOf(std::string_view arrayText)
-{
-    return canonicalJson(callBuiltin<Function>(arrayText));
 }
 
 }  // namespace MeroTest

@@ -1,0 +1,116 @@
+// Operator, number and string cases that a row of plain arguments cannot
+// show: NaN, IEEE division, standard exceptions, shared containers,
+// callbacks, random numbers, the clock and the host log sink.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <limits>
+#include <set>
+#include <stdexcept>
+
+#include "runtime/functions/BuiltinTestSupport.h"
+#include "runtime/functions/NumberFunctions.h"
+#include "runtime/functions/OperatorFunctions.h"
+#include "runtime/functions/StringFunctions.h"
+#include "support/TemplateHarness.h"
+
+namespace {
+
+using namespace Mero;
+using namespace MeroTest;
+
+const double nan = std::numeric_limits<double>::quiet_NaN();
+
+TEST(NumberFunctions, nanAndDivisionByZeroFollowIeee)
+{
+    for (int code = 0; code <= 5; ++code) {
+        EXPECT_EQ(callBuiltin<CompareFunction>(ArgList{Value(code), Value(nan), Value(nan)}).boolean(), code == 1)
+            << code;
+    }
+    EXPECT_EQ(callBuiltin<NumberOperationFunction>("[[3],[-1,0]]").number(), -std::numeric_limits<double>::infinity());
+    EXPECT_TRUE(std::isnan(callBuiltin<NumberOperationFunction>("[[3],[0,0]]").number()));
+    EXPECT_TRUE(std::isnan(callBuiltin<NumberOperationFunction>("[[4],[1,0]]").number()));
+    // NaN never replaces the best, but stays when it comes first.
+    EXPECT_EQ(callBuiltin<MathMaxFunction>(ArgList{Value::makeArray({Value(1), Value(nan), Value(4)})}).number(), 4);
+    EXPECT_EQ(callBuiltin<MathMinFunction>(ArgList{Value::makeArray({Value(1), Value(nan), Value(4)})}).number(), 1);
+    EXPECT_TRUE(std::isnan(callBuiltin<MathMaxFunction>(ArgList{Value::makeArray({Value(nan), Value(4)})}).number()));
+}
+
+TEST(NumberFunctions, positionsPastTheTextAndUnreadableNumbersThrowTheStandardExceptions)
+{
+    EXPECT_THROW(callBuiltin<ToNumberFunction>("[\"px\"]"), std::invalid_argument);
+    EXPECT_THROW(callBuiltin<ToNumberFunction>("[\".\"]"), std::invalid_argument);
+    EXPECT_THROW(callBuiltin<ToNumberFunction>("[\"99999999999999999999\"]"), std::out_of_range);
+    EXPECT_THROW(callBuiltin<SubStringFunction>("[\"ab\",5,6]"), std::out_of_range);
+    EXPECT_THROW(callBuiltin<SliceFunction>("[\"abc\",4]"), std::out_of_range);
+    EXPECT_THROW(callBuiltin<CharAtFunction>("[\"abc\",3]"), std::out_of_range);
+}
+
+TEST(OperatorFunctions, resultsAreTheOperandsThemselvesSharingTheirContainers)
+{
+    Value operands = json("[[1],2]");
+    EXPECT_EQ(callBuiltin<BooleanOperationFunction>(ArgList{json("[1]"), operands}).arrayPtr(),
+              operands.array()[0].arrayPtr());
+    EXPECT_EQ(canonicalJson(operands), "[[1],2]");
+    Value array = json("[1]");
+    EXPECT_EQ(callBuiltin<ConditionalOperatorFunction>(ArgList{Value(true), array, Value()}).arrayPtr(),
+              array.arrayPtr());
+    EXPECT_EQ(callBuiltin<NullFallbackFunction>(ArgList{Value(), array}).arrayPtr(), array.arrayPtr());
+}
+
+TEST(StringFunctions, newArraysAreMadeButAnEmptySliceInputComesBackAsItIs)
+{
+    Value empty = json("[]");
+    EXPECT_EQ(callBuiltin<SliceFunction>(ArgList{empty, Value(0)}).arrayPtr(), empty.arrayPtr());
+    Value first = json("[1,2]");
+    EXPECT_NE(callBuiltin<SliceFunction>(ArgList{first, Value(0)}).arrayPtr(), first.arrayPtr());
+    EXPECT_NE(callBuiltin<ConcatFunction>(ArgList{first, json("[3]")}).arrayPtr(), first.arrayPtr());
+    EXPECT_EQ(canonicalJson(first), "[1,2]");
+}
+
+TEST(StringFunctions, aCallbackIsAnObjectThatWritesAsTheEmptyString)
+{
+    Value callback = callbackValue([](ArgList&&) { return Value(); });
+    EXPECT_EQ(callBuiltin<TypeOfFunction>(ArgList{callback}).string(), "object");
+    EXPECT_EQ(callBuiltin<ToStringFunction>(ArgList{callback}).string(), "");
+}
+
+TEST(RandomAndTime, randomDrawsFreshNumbersInTheUnitIntervalAndTimeIsWholeMillisecondsNow)
+{
+    std::set<double> seen;
+    for (int i = 0; i < 200; ++i) {
+        const double drawn = callBuiltin<RandomFunction>(ArgList{}).number();
+        EXPECT_GE(drawn, 0.0);
+        EXPECT_LT(drawn, 1.0);
+        seen.insert(drawn);
+    }
+    EXPECT_GT(seen.size(), 190u);
+
+    auto millisNow = [] {
+        auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+        return static_cast<double>(std::chrono::duration_cast<std::chrono::milliseconds>(sinceEpoch).count());
+    };
+    const double before = millisNow();
+    const double none = callBuiltin<CurrentTimeFunction>(ArgList{}).number();
+    const double some = callBuiltin<CurrentTimeFunction>("[1,\"x\",null]").number();  // arguments are ignored
+    EXPECT_GE(none, before);
+    EXPECT_LE(none, some);
+    EXPECT_LE(some, millisNow());
+    EXPECT_EQ(none, std::floor(none));
+}
+
+TEST(Log, handsTextToTheHostSinkAndNothingWithoutASinkOrEngine)
+{
+    TemplateHarness card;
+    EngineRef weak = card.weak();
+    EXPECT_TRUE(callBuiltin<LogFunction>(ArgList{Value("hello")}, weak).isNull());
+    callBuiltin<LogFunction>(ArgList{Value(5)}, weak);  // a non-string logs ""
+    card.engine->hooks.log = nullptr;
+    callBuiltin<LogFunction>(ArgList{Value("x")}, weak);
+    card.release();
+    EXPECT_TRUE(callBuiltin<LogFunction>(ArgList{Value("x")}, weak).isNull());
+    EXPECT_EQ(card.logs, (std::vector<std::string>{"hello", ""}));
+}
+
+}  // namespace
