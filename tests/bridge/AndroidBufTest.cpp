@@ -34,16 +34,11 @@ constexpr size_t kPutArea = AndroidBuf::kBufferSize - 1;
 
 }  // namespace
 
-TEST_F(AndroidBufTest, EachFlushIsOneEntryUnderTheCppTag)
+TEST_F(AndroidBufTest, EachFlushIsOneEntryUnderTheCppTagAndNothingIsWrittenBefore)
 {
     Mero::logEnabled = true;
     EXPECT_EQ(captured([](std::ostream& out) { out << "first line" << std::endl << "second" << std::flush; }),
               "D/mero_log_cpp: first line\nD/mero_log_cpp: second\n");
-}
-
-TEST_F(AndroidBufTest, NothingIsWrittenUntilAFlush)
-{
-    Mero::logEnabled = true;
     EXPECT_EQ(captured([](std::ostream& out) { out << "pending"; }), "");
 }
 

@@ -19,18 +19,19 @@ std::string loggedBy(bool enabled, Action action)
 
 }  // namespace
 
-TEST(DesktopAndroidLog, OneLineWithPriorityLetterAndTag)
+TEST(DesktopAndroidLog, OneLinePerEntryWithPriorityLetterAndTag)
 {
     testing::internal::CaptureStderr();
+    for (int priority = ANDROID_LOG_VERBOSE; priority <= ANDROID_LOG_SILENT; ++priority) {
+        __android_log_write(priority, "t", "m");
+    }
     EXPECT_GT(__android_log_write(ANDROID_LOG_DEBUG, "mero_log_jni", "initMREngine"), 0);
     __android_log_write(ANDROID_LOG_ERROR, "t", "already ends\n");
     __android_log_print(ANDROID_LOG_INFO, "p", "%s=%d", "x", 7);
     __android_log_write(ANDROID_LOG_WARN, "w", "");
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "D/mero_log_jni: initMREngine\n"
-              "E/t: already ends\n"
-              "I/p: x=7\n"
-              "W/w: \n");
+              "V/t: m\nD/t: m\nI/t: m\nW/t: m\nE/t: m\nF/t: m\nS/t: m\n"
+              "D/mero_log_jni: initMREngine\nE/t: already ends\nI/p: x=7\nW/w: \n");
 }
 
 TEST(DesktopAndroidLog, LongFormattedTextIsNotCut)
@@ -41,22 +42,10 @@ TEST(DesktopAndroidLog, LongFormattedTextIsNotCut)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "D/t: <" + longText + ">\n");
 }
 
-TEST(DesktopAndroidLog, EveryPriorityHasItsLetter)
-{
-    testing::internal::CaptureStderr();
-    for (int priority = ANDROID_LOG_VERBOSE; priority <= ANDROID_LOG_SILENT; ++priority) {
-        __android_log_write(priority, "t", "m");
-    }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "V/t: m\nD/t: m\nI/t: m\nW/t: m\nE/t: m\nF/t: m\nS/t: m\n");
-}
-
-TEST(BridgeLog, WritesUnderItsTagOnlyWhileLoggingIsOn)
+TEST(BridgeLog, WritesItsTextUnderItsTagOnlyWhileLoggingIsOn)
 {
     EXPECT_EQ(loggedBy(true, [] { Mero::logBridge("JNI-OnLoad"); }), "D/mero_log_jni: JNI-OnLoad\n");
+    EXPECT_EQ(loggedBy(true, [] { Mero::logBridge("100%s done"); }), "D/mero_log_jni: 100%s done\n")
+        << "the text is not a format";
     EXPECT_EQ(loggedBy(false, [] { Mero::logBridge("JNI-OnLoad"); }), "");
-}
-
-TEST(BridgeLog, TextIsNotAFormat)
-{
-    EXPECT_EQ(loggedBy(true, [] { Mero::logBridge("100%s done"); }), "D/mero_log_jni: 100%s done\n");
 }

@@ -1,5 +1,6 @@
-// Releasing a subtree's controllers: children before their parent, hidden
-// children skipped, a flattened container's children in its place.
+// Controllers' lifetimes: released by the bridge children first, hidden
+// children skipped, a flattened container's children in its place; destroyed
+// with the tree that owns them.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -51,6 +52,25 @@ TEST(ReleaseHostComponents, ChildrenGoBeforeTheirParentAndHiddenOnesStay)
         << "a hidden child is not among the host children";
     EXPECT_NE(Mero::findRenderNode(instance.runtime().rootNode.get(), "flat")->component, nullptr)
         << "a flattened container has no view of its own to release";
+}
+
+TEST(ReleaseHostComponents, ControllersOfEveryNodeGoWithTheTree)
+{
+    std::vector<std::string> destroyed;
+    {
+        Mero::MeroInstance instance;
+        instance.loadTemplate(R"({"elements": {"$": 3, "nodeId": "root", "children": [
+            {"$": 3, "nodeId": "row", "children": [{"$": 0, "nodeId": "hidden", "visible": false}]}]}})");
+        instance.initNode();
+        for (const char* id : {"root", "row", "hidden"}) {
+            Mero::findRenderNode(instance.runtime().rootNode.get(), id)->component = new LoggingComponent(id, destroyed);
+        }
+        instance.initNode();
+        EXPECT_EQ(destroyed.size(), 3U) << "a replaced tree, hidden nodes included";
+        instance.runtime().rootNode->component = new LoggingComponent("new root", destroyed);
+    }
+    EXPECT_EQ(destroyed.back(), "new root");
+    EXPECT_EQ(destroyed.size(), 4U);
 }
 
 }  // namespace
