@@ -60,6 +60,8 @@ TEST(VariableReads, RootIsTheLiveDataObject)
     EXPECT_EQ(canonicalJson(Value(card.engine->data)), R"({"a":1,"b":2})");
 }
 
+// A call works on a copy, taken at call time, of the scope the callback was
+// made in; the callback outlives that scope and its own node.
 TEST(Callbacks, BindParametersInACopyOfTheDefiningScopeTakenAtCallTime)
 {
     TemplateHarness card;
@@ -67,27 +69,14 @@ TEST(Callbacks, BindParametersInACopyOfTheDefiningScopeTakenAtCallTime)
     Value callback = card.eval(R"({"$": 14, "a": ["x", "y"], "b": [
         {"$": 2, "n": "base", "value": {"$": 1, "n": "x"}},
         {"$": 11, "returnValue": [{"$": 1, "n": "base"}, {"$": 1, "n": "y"}]}]})");
+    Value peek = card.eval(R"({"$": 14, "a": [], "b": [{"$": 11, "returnValue": {"$": 1, "n": "base"}}]})");
     // A third argument is ignored; writes stay inside the call.
     EXPECT_EQ(canonicalJson(callWith(callback, {Value(1), Value(2), Value(3)})), "[1,2]");
     EXPECT_EQ(card.local("base").number(), 10);
-
-    Value peek = card.eval(R"({"$": 14, "a": [], "b": [{"$": 11, "returnValue": {"$": 1, "n": "base"}}]})");
     (*card.scope)["base"] = Value(30);
+    card.scope.reset();
     EXPECT_EQ(callWith(peek).number(), 30);
     EXPECT_TRUE(callWith(card.eval(R"({"$": 14})"), {Value(1)}).isNull());
-}
-
-TEST(Callbacks, OutliveTheirNodeAndDefiningScope)
-{
-    TemplateHarness card;
-    Value callback;
-    {
-        LocalScope defining = makeLocalScope();
-        defining->emplace("k", Value(5));
-        callback = createRuntimeObject(json(R"({"$": 14, "a": [], "b": [{"$": 11, "returnValue": {"$": 1, "n": "k"}}]})"))
-                       ->value(defining, card.weak());
-    }
-    EXPECT_EQ(callWith(callback).number(), 5);
 }
 
 TEST(InvokeFunction, ALocalCallbackShadowsAFunctionOfTheSameName)
@@ -109,23 +98,4 @@ TEST(InvokeFunction, EvaluatesArgumentsLeftToRight)
         {"$": 4, "n": "order", "value": {"$": 16, "value": [{"$": 3, "n": "order"}, [{"$": 1, "n": "m"}]]}}]}]})");
     card.eval(R"({"$": 5, "n": "none", "a": [{"$": 5, "n": "mark", "a": ["a"]}, {"$": 5, "n": "mark", "a": ["b"]}]})");
     EXPECT_EQ(canonicalJson(card.ui("order")), R"(["a","b"])");
-}
-
-TEST(InvokeFunction, TraceLinesSurroundEveryCallButLog)
-{
-    TemplateHarness card;
-    auto traced = [&](const char* call) {
-        MeroTest::DebugModeScope debug(true);
-        testing::internal::CaptureStdout();
-        card.eval(call);
-        return testing::internal::GetCapturedStdout();
-    };
-    EXPECT_EQ(traced(R"({"$": 5, "n": "9", "a": [[1, "a"], [null]]})"),
-              "Mero_log-> invoke func: 9 args:[[1,a,],[null,],]\n"
-              "Mero_log-> func result: [1,a,null,]\n\n");
-    EXPECT_EQ(traced(R"({"$": 5, "n": "nothing", "a": []})"),
-              "Mero_log-> invoke func: nothing args:[]\n"
-              "Mero_log-> func result: null\n\n");
-    EXPECT_EQ(traced(R"({"$": 5, "n": "LOG", "a": [1]})"), "");
-    EXPECT_EQ(MeroTest::printedOutput([&] { card.eval(R"({"$": 5, "n": "9", "a": ["a", "b"]})"); }), "");
 }

@@ -36,31 +36,24 @@ std::string expand(std::string script)
     return script;
 }
 
-std::string describe(const Value& result)
+// What a run left: its result (completions by name), then "seen" and the
+// locals when not empty.
+std::string outcome(const Value& result, const Value& seen, const LocalScope& locals)
 {
-    switch (result.kind()) {
-    case Kind::Completed: return "completed";
-    case Kind::Break: return "break";
-    case Kind::Continue: return "continue";
-    default: return canonicalJson(result);
-    }
+    const char* names[] = {"completed", "break", "continue"};
+    int kind = result.kindNumber() - static_cast<int>(Kind::Completed);
+    std::string text = kind >= 0 && kind < 3 ? names[kind] : canonicalJson(result);
+    text += seen.array().empty() ? "" : " seen=" + canonicalJson(seen);
+    return text + (locals->empty() ? "" : " locals=" + canonicalJson(Value(locals)));
 }
 
-struct Run {
-    const char* script;  // a statement list, run in an empty scope
-    const char* result;
-    const char* seen = "[]";
-    const char* locals = "{}";
-};
-
-void expectRuns(std::initializer_list<Run> runs)
+// Each row: a statement list run in an empty scope, and its outcome.
+void expectRuns(std::initializer_list<std::pair<const char*, const char*>> runs)
 {
-    for (const Run& run : runs) {
+    for (const auto& [script, expected] : runs) {
         TemplateHarness card(recorder);
-        std::string result = describe(card.run(expand(run.script)));
-        EXPECT_EQ(result + " seen=" + canonicalJson(card.ui("seen")) + " locals=" + canonicalJson(Value(card.scope)),
-                  std::string(run.result) + " seen=" + run.seen + " locals=" + run.locals)
-            << run.script;
+        Value result = card.run(expand(script));
+        EXPECT_EQ(outcome(result, card.ui("seen"), card.scope), expected) << script;
     }
 }
 
@@ -73,61 +66,49 @@ TEST(Completions, AListStopsAtTheFirstNonNormalCompletionButACallNeverStopsIt)
         {R"([{"$": 12}])", "break"},
         {R"([{"$": 13}])", "continue"},
         {R"([{"$": 11}])", "null"},
-        {R"([{"$": 2, "n": "a", "value": 1}, {"$": 11, "returnValue": [1]}, {"$": 2, "n": "b", "value": 2}])", "[1]",
-         "[]", R"({"a":1})"},
-        {R"([{"$": 5, "n": "stop", "a": []}, {"$": 2, "n": "after", "value": 1}])", "completed", "[]",
-         R"({"after":1})"},
+        {R"([{"$": 2, "n": "a", "value": 1}, {"$": 11, "returnValue": [1]}, {"$": 2, "n": "b", "value": 2}])",
+         R"([1] locals={"a":1})"},
+        {R"([{"$": 5, "n": "stop", "a": []}, {"$": 2, "n": "after", "value": 1}])", R"(completed locals={"after":1})"},
         // Malformed statements do nothing; a list that is not an array is empty.
         {R"(["text", 3, null, [1], {"$": 3, "n": "x"}, {"$": 0}, {}, {"$": 19}, {"$": 4294967298}, {"$": -7},
-            {"$": true}, {"$": 2, "n": "x", "value": 2}])", "completed", "[]", R"({"x":2})"},
+            {"$": true}, {"$": 2, "n": "x", "value": 2}])",
+         R"(completed locals={"x":2})"},
         {R"({"$": 12})", "completed"},
     });
 }
 
 TEST(Condition, RunsTheFirstTruthyBranchOrTheElse)
 {
-    TemplateHarness card;
-    const char* chain = R"([{"$": 6, "c": [{"$": 1, "n": "a"}, {"$": 1, "n": "b"}], "bs": [
-        [{"$": 11, "returnValue": "first"}], [{"$": 11, "returnValue": "second"}], [{"$": 11, "returnValue": "else"}]]}])";
-    const char* cases[][3] = {{"1", "1", "first"},     {"0", "\"x\"", "second"}, {"0", "\"\"", "else"},
-                              {"null", "false", "else"}, {"[]", "0", "first"},     {"{}", "0", "first"}};
-    for (const auto& [a, b, expected] : cases) {
-        (*card.scope)["a"] = json(a);
-        (*card.scope)["b"] = json(b);
-        EXPECT_EQ(card.run(chain).string(), expected) << a << " " << b;
-    }
-}
-
-TEST(Condition, MissingBranchesEndTheChainAndABranchCompletionIsHandedUp)
-{
     expectRuns({
+        {R"([{"$": 6, "c": [1, 1], "bs": [[SEE(1)], [SEE(2)], [SEE(3)]]}])", "completed seen=[1]"},
+        {R"([{"$": 6, "c": [0, "x"], "bs": [[SEE(1)], [SEE(2)], [SEE(3)]]}])", "completed seen=[2]"},
+        {R"([{"$": 6, "c": [0, ""], "bs": [[SEE(1)], [SEE(2)], [SEE(3)]]}])", "completed seen=[3]"},
+        {R"([{"$": 6, "c": [null, false], "bs": [[SEE(1)], [SEE(2)], [SEE(3)]]}])", "completed seen=[3]"},
+        {R"([{"$": 6, "c": [[], {}], "bs": [[SEE(1)], [SEE(2)], [SEE(3)]]}])", "completed seen=[1]"},
+        {R"([{"$": 6, "c": [0, {}], "bs": [[SEE(1)], [SEE(2)], [SEE(3)]]}])", "completed seen=[2]"},
+        // A condition without a branch ends the chain untested.
         {R"([{"$": 6, "c": [0, SEE(1)], "bs": [[{"$": 12}]]}])", "completed"},
-        {R"([{"$": 6, "c": [0], "bs": [[{"$": 12}]]}])", "completed"},
         {R"([{"$": 6, "c": [1], "bs": [[]]}])", "completed"},
         {R"([{"$": 6, "c": [1], "bs": [[{"$": 13}]]}])", "continue"},
     });
 }
 
-TEST(While, OnlyARealTrueGoesOn)
-{
-    TemplateHarness card;
-    for (const char* condition : {"1", "\"yes\"", "{}", "[1]", "null"}) {
-        std::string loop = std::string(R"([{"$": 8, "b": [{"$": 11, "returnValue": "ran"}], "c": )") + condition + "}]";
-        EXPECT_TRUE(card.run(loop).isNull()) << condition;
-    }
-}
-
-// A While always ends with null, a non-normal completion: the list stops.
-TEST(While, EndsWithNullSoTheListStops)
+// A While ends with null, a completion that is not normal: the list stops.
+TEST(While, GoesOnOnlyOnARealTrueAndEndsWithNull)
 {
     expectRuns({
+        {R"([{"$": 8, "c": 1, "b": [SEE(1)]}])", "null"},
+        {R"([{"$": 8, "c": "yes", "b": [SEE(1)]}])", "null"},
+        {R"([{"$": 8, "c": {}, "b": [SEE(1)]}])", "null"},
+        {R"([{"$": 8, "c": [1], "b": [SEE(1)]}])", "null"},
         {R"([{"$": 2, "n": "go", "value": true}, {"$": 8, "c": {"$": 1, "n": "go"}, "b": [
             SEE(go), {"$": 2, "n": "go", "value": false}]}, {"$": 2, "n": "after", "value": 1}])",
-         "null", "[true]", R"({"go":false})"},
-        {R"([{"$": 8, "isDoWhile": true, "c": false, "b": [SEE(1)]}])", "null", "[1]"},
+         R"(null seen=[true] locals={"go":false})"},
+        {R"([{"$": 8, "isDoWhile": true, "c": false, "b": [SEE(1)]}])", "null seen=[1]"},
         // continue goes back to the test; break ends with null; return is handed up.
         {R"([{"$": 2, "n": "go", "value": true}, {"$": 8, "c": {"$": 1, "n": "go"}, "b": [
-            {"$": 2, "n": "go", "value": false}, {"$": 13}, SEE(go)]}])", "null", "[]", R"({"go":false})"},
+            {"$": 2, "n": "go", "value": false}, {"$": 13}, SEE(go)]}])",
+         R"(null locals={"go":false})"},
         {R"([{"$": 8, "c": true, "b": [{"$": 12}]}])", "null"},
         {R"([{"$": 8, "c": true, "b": [{"$": 11, "returnValue": 7}]}])", "7"},
     });
@@ -136,28 +117,29 @@ TEST(While, EndsWithNullSoTheListStops)
 TEST(ForRange, CountsFromTheTruncatedStartReReadingTheEndAndErasesItsIndex)
 {
     expectRuns({
-        {R"([{"$": 7, "startIndex": 2.9, "endIndex": 5, "index": "v", "b": [SEE(v)]}])", "completed", "[2,3,4]"},
+        {R"([{"$": 7, "startIndex": 2.9, "endIndex": 5, "index": "v", "b": [SEE(v)]}])", "completed seen=[2,3,4]"},
         {R"([{"$": 2, "n": "end", "value": 10}, {"$": 7, "startIndex": 0, "endIndex": {"$": 1, "n": "end"},
-            "index": "v", "b": [SEE(v), {"$": 2, "n": "end", "value": 3}]}])", "completed", "[0,1,2]", R"({"end":3})"},
+            "index": "v", "b": [SEE(v), {"$": 2, "n": "end", "value": 3}]}])",
+         R"(completed seen=[0,1,2] locals={"end":3})"},
         // A NaN end (0 / 0) does not end the loop; here the body leaves at 1.
         {R"([{"$": 7, "startIndex": 0, "endIndex": {"$": 5, "n": "1", "a": [[3], [0, 0]]}, "index": "v",
-            "b": [SEE(v), {"$": 6, "c": [{"$": 1, "n": "v"}], "bs": [[{"$": 12}]]}]}])", "completed", "[0,1]"},
+            "b": [SEE(v), {"$": 6, "c": [{"$": 1, "n": "v"}], "bs": [[{"$": 12}]]}]}])",
+         "completed seen=[0,1]"},
         // An empty body evaluates neither bound.
         {R"([{"$": 7, "startIndex": SEE(0), "endIndex": SEE(3), "index": "i", "b": []}])", "completed"},
         // The index is erased however the loop ends, even a local it replaced.
-        {R"([{"$": 2, "n": "i", "value": "before"}, {"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [
-            {"$": 12}]}])", "completed"},
-        {R"([{"$": 2, "n": "i", "value": "before"}, {"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [
-            {"$": 11, "returnValue": 9}]}])", "9"},
+        {R"([{"$": 2, "n": "i", "value": 0}, {"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [{"$": 12}]}])",
+         "completed"},
+        {R"([{"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [{"$": 11, "returnValue": 9}]}])", "9"},
         // A start that is not a number counts from 0; continue and break.
         {R"([{"$": 7, "startIndex": "x", "endIndex": 5, "index": "v", "b": [
             {"$": 6, "c": [{"$": 5, "n": "0", "a": [0, {"$": 1, "n": "v"}, 1]}], "bs": [[{"$": 13}]]},
-            {"$": 6, "c": [{"$": 5, "n": "0", "a": [0, {"$": 1, "n": "v"}, 3]}], "bs": [[{"$": 12}]]},
-            SEE(v)]}])", "completed", "[0,2]"},
+            {"$": 6, "c": [{"$": 5, "n": "0", "a": [0, {"$": 1, "n": "v"}, 3]}], "bs": [[{"$": 12}]]}, SEE(v)]}])",
+         "completed seen=[0,2]"},
         // A break inside a switch leaves only the switch.
         {R"([{"$": 7, "startIndex": 0, "endIndex": 3, "index": "v", "b": [
             {"$": 9, "t": {"$": 1, "n": "v"}, "c": [1], "bs": [[{"$": 12}]], "default": []}, SEE(v)]}])",
-         "completed", "[0,1,2]"},
+         "completed seen=[0,1,2]"},
     });
 }
 
@@ -165,14 +147,14 @@ TEST(ForOf, WalksBytesOrALiveArrayEvaluatingTheTargetTwice)
 {
     expectRuns({
         // Five letters, one of them two bytes in UTF-8: six rounds.
-        {R"([{"$": 10, "t": "cafés", "index": "i", "item": "v", "b": [SEE(v)]}])", "completed",
-         "[99,97,102,195,169,115]"},
+        {R"([{"$": 10, "t": "cafés", "index": "i", "item": "v", "b": [SEE(v)]}])",
+         "completed seen=[99,97,102,195,169,115]"},
         // The first round appends to the array being walked.
         {R"([{"$": 2, "n": "list", "value": [1, 2]}, {"$": 10, "t": {"$": 1, "n": "list"}, "index": "i", "item": "v",
             "b": [SEE(v), {"$": 6, "c": [{"$": 1, "n": "i"}], "bs": [[], [
-                {"$": 5, "n": "j", "a": [{"$": 1, "n": "list"}, [3]]}]]}]}])", "completed", "[1,2,3]",
-         R"({"list":[1,2,3]})"},
-        {R"([{"$": 10, "t": SEE([1]), "index": "i", "item": "v", "b": [{"$": 12}]}])", "completed", "[[1],[1]]"},
+                {"$": 5, "n": "j", "a": [{"$": 1, "n": "list"}, [3]]}]]}]}])",
+         R"(completed seen=[1,2,3] locals={"list":[1,2,3]})"},
+        {R"([{"$": 10, "t": SEE([1]), "index": "i", "item": "v", "b": [{"$": 12}]}])", "completed seen=[[1],[1]]"},
         {R"([{"$": 10, "t": SEE([1]), "index": "i", "item": "v", "b": []}])", "completed"},
         {R"([{"$": 10, "t": {"a": 1}, "index": "i", "item": "v", "b": [{"$": 11, "returnValue": 1}]}])", "completed"},
         {R"([{"$": 10, "t": [5, 6], "index": "i", "item": "v", "b": [{"$": 11, "returnValue": {"$": 1, "n": "v"}}]}])",
@@ -184,29 +166,24 @@ TEST(Switch, FallsThroughFromTheMatchUntilABreak)
 {
     expectRuns({
         {R"([{"$": 9, "t": 2, "c": [1, 2, 3, 4], "bs": [[SEE(1)], [SEE(2)], [SEE(3), {"$": 12}], [SEE(4)]],
-            "default": [SEE(0)]}])", "completed", "[2,3]"},
-        {R"([{"$": 9, "t": 1, "c": [1], "bs": [[SEE(1)]], "default": [SEE(0)]}])", "completed", "[1,0]"},
-        {R"([{"$": 9, "t": 5, "c": [1], "bs": [[SEE(1)]], "default": [SEE(0)]}])", "completed", "[0]"},
+            "default": [SEE(0)]}])",
+         "completed seen=[2,3]"},
+        {R"([{"$": 9, "t": 1, "c": [1], "bs": [[SEE(1)]], "default": [SEE(0)]}])", "completed seen=[1,0]"},
+        {R"([{"$": 9, "t": 5, "c": [1], "bs": [[SEE(1)]], "default": [SEE(0)]}])", "completed seen=[0]"},
         // continue is handed up; a break in the default reaches the enclosing list.
         {R"([{"$": 9, "t": 1, "c": [1], "bs": [[{"$": 13}]]}])", "continue"},
         {R"([{"$": 9, "t": 5, "c": [1], "bs": [[]], "default": [{"$": 12}]}])", "break"},
         // More cases than bodies: the switch ends and the default is skipped.
         {R"([{"$": 9, "t": 5, "c": [1, 2], "bs": [[]], "default": [{"$": 12}]}])", "completed"},
         // The subject is evaluated for every comparison up to the match.
-        {R"([{"$": 9, "t": SEE(3), "c": [1, 2, 3, 4], "bs": [[], [], [], []]}])", "completed", "[3,3,3]"},
+        {R"([{"$": 9, "t": SEE(3), "c": [1, 2, 3, 4], "bs": [[], [], [], []]}])", "completed seen=[3,3,3]"},
+        // Only numbers and strings match.
+        {R"([{"$": 9, "t": "a", "c": ["a"], "bs": [[SEE(1)]]}])", "completed seen=[1]"},
+        {R"([{"$": 9, "t": true, "c": [true], "bs": [[SEE(1)]]}])", "completed"},
+        {R"([{"$": 9, "t": null, "c": [null], "bs": [[SEE(1)]]}])", "completed"},
+        {R"([{"$": 9, "t": 1, "c": ["1"], "bs": [[SEE(1)]]}])", "completed"},
+        {R"([{"$": 9, "t": [1], "c": [[1]], "bs": [[SEE(1)]]}])", "completed"},
     });
-}
-
-TEST(Switch, MatchesOnlyNumbersAndStrings)
-{
-    TemplateHarness card;
-    const char* cases[][3] = {{"1", "1", "case"},         {"\"a\"", "\"a\"", "case"}, {"true", "true", "default"},
-                              {"null", "null", "default"}, {"1", "\"1\"", "default"}, {"[1]", "[1]", "default"}};
-    for (const auto& [subject, label, expected] : cases) {
-        std::string sw = std::string(R"([{"$": 9, "t": )") + subject + R"(, "c": [)" + label +
-                         R"(], "bs": [[{"$": 11, "returnValue": "case"}]], "default": [{"$": 11, "returnValue": "default"}]}])";
-        EXPECT_EQ(card.run(sw).string(), expected) << subject << " " << label;
-    }
 }
 
 TEST(Assignments, StoreIntoTheirTablesAndOnlyUiWritesAreObservedOrNeedNoEngine)
@@ -229,16 +206,28 @@ TEST(Assignments, StoreIntoTheirTablesAndOnlyUiWritesAreObservedOrNeedNoEngine)
     EXPECT_EQ(card.local("z").number(), 1);
 }
 
-TEST(Assignments, TraceLinesNameTheTable)
+// With debugMode set, every assignment and every call but LOG's is traced.
+TEST(TraceLines, NameTheTableOrSurroundTheCall)
 {
     TemplateHarness card;
-    MeroTest::DebugModeScope debug(true);
-    testing::internal::CaptureStdout();
-    card.run(R"([{"$": 2, "n": "a", "value": [1, "x"]}, {"$": 4, "n": "b", "value": {"k": null}},
-                 {"$": 18, "n": "c", "value": 2.5}])");
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+    auto traced = [&](const char* statements) {
+        MeroTest::DebugModeScope debug(true);
+        testing::internal::CaptureStdout();
+        card.run(statements);
+        return testing::internal::GetCapturedStdout();
+    };
+    EXPECT_EQ(traced(R"([{"$": 2, "n": "a", "value": [1, "x"]}, {"$": 4, "n": "b", "value": {"k": null}},
+                        {"$": 18, "n": "c", "value": 2.5}])"),
               "Mero_log-> set localRef, name: a value: [1,x,]\n"
               "Mero_log-> set uiRef, name: b value: {k:null,}\n"
               "Mero_log-> set globalRef, name: c value: 2.5\n");
-    EXPECT_EQ(MeroTest::printedOutput([&] { card.run(R"([{"$": 4, "n": "b", "value": 1}])"); }), "");
+    EXPECT_EQ(traced(R"([{"$": 5, "n": "9", "a": [[1, "a"], [null]]}, {"$": 5, "n": "nothing", "a": []}])"),
+              "Mero_log-> invoke func: 9 args:[[1,a,],[null,],]\n"
+              "Mero_log-> func result: [1,a,null,]\n\n"
+              "Mero_log-> invoke func: nothing args:[]\n"
+              "Mero_log-> func result: null\n\n");
+    EXPECT_EQ(traced(R"([{"$": 5, "n": "LOG", "a": [1]}])"), "");
+    EXPECT_EQ(MeroTest::printedOutput(
+                  [&] { card.run(R"([{"$": 4, "n": "b", "value": 1}, {"$": 5, "n": "nothing", "a": []}])"); }),
+              "");
 }
