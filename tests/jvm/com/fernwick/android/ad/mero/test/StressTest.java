@@ -24,13 +24,13 @@ public final class StressTest {
 
     public static void main(String[] args) throws Exception {
         System.load(System.getProperty("mero.library"));
-        long baseline = 0;
-        for (int round = 0; round < 5; round++) {
+        runRound(0);
+        runRound(1);
+        long baseline = settledResidentKiB();
+        for (int round = 2; round < 5; round++) {
             long alive = runRound(round);
-            long settled = settledResidentKiB();
-            baseline = round == 1 ? settled : baseline;
             System.out.printf("round %d: %d KiB with %d cards alive, %d KiB after their release%n", round, alive,
-                    CARDS, settled);
+                    CARDS, settledResidentKiB());
         }
         long growth = settledResidentKiB() - baseline;
         System.out.printf("baseline %d KiB; after three more rounds %+d KiB%n", baseline, growth);
