@@ -12,6 +12,7 @@ import java.util.HashSet;
 import java.util.List;
 import java.util.Map;
 import java.util.Set;
+import java.util.stream.Collectors;
 
 /**
  * One card's host: records every call the engine makes, one line each with
@@ -26,17 +27,15 @@ public class RecordingHost extends MeroNative {
         final String id;
 
         View(String id) { this.id = id; }
-        @Override public void addChild(MRComponent child) { calls.add("addChild " + id + " " + child); }
-        @Override public void addChildAt(int index, MRComponent child) {
-            calls.add("addChildAt " + id + " " + index + " " + child);
-        }
-        @Override public void removeChildAt(int index) { calls.add("removeChildAt " + id + " " + index); }
+        @Override public void addChild(MRComponent child) { record(calls, "addChild", id, child); }
+        @Override public void addChildAt(int index, MRComponent child) { record(calls, "addChildAt", id, index, child); }
+        @Override public void removeChildAt(int index) { record(calls, "removeChildAt", id, index); }
+        @Override public void start() { record(calls, "start", id); }
+        @Override public String toString() { return id; }
         @Override public float[] getContentSize() {
-            calls.add("getContentSize " + id);
+            record(calls, "getContentSize", id);
             return contentSize.clone();
         }
-        @Override public void start() { calls.add("start " + id); }
-        @Override public String toString() { return id; }
     }
 
     final int handle;
@@ -66,9 +65,7 @@ public class RecordingHost extends MeroNative {
     RecordingHost(int handle) { this.handle = handle; }
 
     /** A card through every set-up native in the host's order, its container exactly 750 by 1334. */
-    static RecordingHost show(int handle, String template) {
-        return new RecordingHost(handle).start(template);
-    }
+    static RecordingHost show(int handle, String template) { return new RecordingHost(handle).start(template); }
 
     RecordingHost start(String template) {
         initMREngine(handle, logEnabled, debugMode);
@@ -96,6 +93,11 @@ public class RecordingHost extends MeroNative {
         return seen;
     }
 
+    static void record(List<String> into, Object... words) {
+        into.add(Arrays.stream(words).map(String::valueOf).collect(Collectors.joining(" ")));
+    }
+
+    /** A property value with its boxed type: F for Float, B for Boolean, S for String. */
     static String box(Object value) {
         return (value instanceof Float ? "F" : value instanceof Boolean ? "B" : value instanceof String ? "S" : "?")
                 + value;
@@ -108,62 +110,51 @@ public class RecordingHost extends MeroNative {
                 : new GradientInfo(gradient.type, gradient.colors.clone(), gradient.positions.clone());
         String id = strings[0];
         created.put(id, new Created(ints.clone(), floats.clone(), strings.clone(), booleans.clone(), copy));
-        calls.add("createComponent " + type + " " + id);
-        if (refusedIds.contains(id)) {
-            return null;
-        }
-        views.put(id, new View(id));
+        record(calls, "createComponent", type, id);
+        views.put(id, refusedIds.contains(id) ? null : new View(id));
         return views.get(id);
     }
 
-    @Override public void addRootView(MRComponent view) { calls.add("addRootView " + view); }
-    @Override public void removeRootView() { calls.add("removeRootView"); }
+    @Override public void addRootView(MRComponent view) { record(calls, "addRootView", view); }
+    @Override public void removeRootView() { record(calls, "removeRootView"); }
     @Override public MRComponent findComponentById(String componentId) { return views.get(componentId); }
+    @Override public void sendALog(String message) { record(calls, "sendALog", message); }
 
-    @Override
-    public void updateComponentProperty(String componentId, int propertyId, Object value) {
-        calls.add("update " + componentId + " " + propertyId + "=" + box(value));
+    @Override public void updateComponentProperty(String componentId, int propertyId, Object value) {
+        record(calls, "update", componentId, propertyId + "=" + box(value));
     }
 
-    @Override
-    public void playComponentAnimation(
+    @Override public void playComponentAnimation(
             String componentId, int propertyId, Object value, int timing, int duration, int delay) {
-        calls.add("animate " + componentId + " " + propertyId + "=" + box(value) + " " + timing + "/" + duration + "/"
-                + delay);
+        record(calls, "animate", componentId, propertyId + "=" + box(value), timing + "/" + duration + "/" + delay);
     }
 
-    @Override
-    public float[] measureText(String text, float fontSize, int style, int maxLines, float lineHeight,
+    @Override public float[] measureText(String text, float fontSize, int style, int maxLines, float lineHeight,
             float textInterval, float width, int widthMode, float height, int heightMode) {
-        measures.add("measureText " + text + " " + fontSize + " " + style + " " + maxLines + " " + lineHeight + " "
-                + textInterval + " " + width + " " + widthMode + " " + height + " " + heightMode);
+        record(measures, "measureText", text, fontSize, style, maxLines, lineHeight, textInterval, width, widthMode,
+                height, heightMode);
         return textSize.clone();
     }
 
     @Override public void setTimeout(long delay, int jobId) {
-        calls.add("setTimeout " + delay);
+        record(calls, "setTimeout", delay);
         timeoutIds.add(jobId);
     }
 
     /** Recorded with the ids relative to the first, which is random. */
-    @Override
-    public void startVideoTimerTask(long second, int first, int[] times, int[] ids) {
-        calls.add("startVideoTimerTask " + second + " " + first + " " + Arrays.toString(times) + " "
-                + Arrays.toString(Arrays.stream(ids).map(id -> id - ids[0]).toArray()));
+    @Override public void startVideoTimerTask(long second, int first, int[] times, int[] ids) {
+        record(calls, "startVideoTimerTask", second, first, Arrays.toString(times),
+                Arrays.toString(Arrays.stream(ids).map(id -> id - ids[0]).toArray()));
         videoIds.add(ids.clone());
     }
 
-    @Override public void sendALog(String message) { calls.add("sendALog " + message); }
-
-    @Override
-    public void callJSB(String method, String paramsJson, long callbackId) {
-        calls.add("callJSB " + method + " " + paramsJson);
+    @Override public void callJSB(String method, String paramsJson, long callbackId) {
+        record(calls, "callJSB", method, paramsJson);
         callbackIds.add(callbackId);
     }
 
-    @Override
-    public void callJSBWithKeyPath(String method, String paramsJson, String keyPathJson, long callbackId) {
-        calls.add("callJSBWithKeyPath " + method + " " + paramsJson + " " + keyPathJson);
+    @Override public void callJSBWithKeyPath(String method, String paramsJson, String keyPathJson, long callbackId) {
+        record(calls, "callJSBWithKeyPath", method, paramsJson, keyPathJson);
         callbackIds.add(callbackId);
         if (keyPathReplies.containsKey(method)) {
             handleKeyPathResult(handle, keyPathReplies.get(method), callbackId);
