@@ -47,8 +47,10 @@ TEST(VariableReads, EachCodeReadsItsOwnTableWithoutFallback)
         EXPECT_EQ(card.eval(std::string(R"({"n": "x", "$": )") + code + "}").string(), table);
         EXPECT_TRUE(card.eval(std::string(R"({"n": "y", "$": )") + code + "}").isNull()) << code;
     }
+    // Without a scope nothing is local, and a call goes to the function table.
     card.scope.reset();
     EXPECT_TRUE(card.eval(R"({"$": 1, "n": "x"})").isNull());
+    EXPECT_EQ(canonicalJson(card.eval(R"({"$": 5, "n": "9", "a": [[1], [2]]})")), "[1,2]");
 }
 
 TEST(VariableReads, RootIsTheLiveDataObject)
@@ -77,25 +79,4 @@ TEST(Callbacks, BindParametersInACopyOfTheDefiningScopeTakenAtCallTime)
     card.scope.reset();
     EXPECT_EQ(callWith(peek).number(), 30);
     EXPECT_TRUE(callWith(card.eval(R"({"$": 14})"), {Value(1)}).isNull());
-}
-
-TEST(InvokeFunction, ALocalCallbackShadowsAFunctionOfTheSameName)
-{
-    TemplateHarness card(R"({"functions": [
-        {"n": "apply", "a": ["fn", "v"], "b": [{"$": 11, "returnValue": {"$": 5, "n": "fn", "a": [{"$": 1, "n": "v"}]}}]},
-        {"n": "fn", "a": ["v"], "b": [{"$": 11, "returnValue": "table"}]}]})");
-    Value echo = card.eval(R"({"$": 14, "a": ["n"], "b": [{"$": 11, "returnValue": [{"$": 1, "n": "n"}]}]})");
-    EXPECT_EQ(canonicalJson(card.call("apply", {echo, Value(21)})), "[21]");
-    // A local that is not a callback does not shadow.
-    EXPECT_EQ(card.call("apply", {Value(1), Value(21)}).string(), "table");
-    card.scope.reset();
-    EXPECT_EQ(card.eval(R"({"$": 5, "n": "fn", "a": [1]})").string(), "table");
-}
-
-TEST(InvokeFunction, EvaluatesArgumentsLeftToRight)
-{
-    TemplateHarness card(R"({"variables": {"order": []}, "functions": [{"n": "mark", "a": ["m"], "b": [
-        {"$": 4, "n": "order", "value": {"$": 16, "value": [{"$": 3, "n": "order"}, [{"$": 1, "n": "m"}]]}}]}]})");
-    card.eval(R"({"$": 5, "n": "none", "a": [{"$": 5, "n": "mark", "a": ["a"]}, {"$": 5, "n": "mark", "a": ["b"]}]})");
-    EXPECT_EQ(canonicalJson(card.ui("order")), R"(["a","b"])");
 }

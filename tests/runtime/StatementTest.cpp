@@ -69,6 +69,13 @@ TEST(Completions, AListStopsAtTheFirstNonNormalCompletionButACallNeverStopsIt)
         {R"([{"$": 2, "n": "a", "value": 1}, {"$": 11, "returnValue": [1]}, {"$": 2, "n": "b", "value": 2}])",
          R"([1] locals={"a":1})"},
         {R"([{"$": 5, "n": "stop", "a": []}, {"$": 2, "n": "after", "value": 1}])", R"(completed locals={"after":1})"},
+        // Arguments are evaluated left to right; a local callback shadows a
+        // function of its name, a local of another kind does not.
+        {R"([{"$": 5, "n": "none", "a": [SEE(1), SEE(2)]}])", "completed seen=[1,2]"},
+        {R"([{"$": 2, "n": "tick", "value": {"$": 14, "a": ["x"], "b": [{"$": 11, "returnValue": {"$": 1, "n": "x"}}]}},
+            {"$": 11, "returnValue": {"$": 5, "n": "tick", "a": [1]}}])",
+         R"(1 locals={"tick":callback})"},
+        {R"([{"$": 2, "n": "tick", "value": 0}, {"$": 11, "returnValue": SEE(1)}])", R"(1 seen=[1] locals={"tick":0})"},
         // Malformed statements do nothing; a list that is not an array is empty.
         {R"(["text", 3, null, [1], {"$": 3, "n": "x"}, {"$": 0}, {}, {"$": 19}, {"$": 4294967298}, {"$": -7},
             {"$": true}, {"$": 2, "n": "x", "value": 2}])",
@@ -128,7 +135,8 @@ TEST(ForRange, CountsFromTheTruncatedStartReReadingTheEndAndErasesItsIndex)
         // An empty body evaluates neither bound.
         {R"([{"$": 7, "startIndex": SEE(0), "endIndex": SEE(3), "index": "i", "b": []}])", "completed"},
         // The index is erased however the loop ends, even a local it replaced.
-        {R"([{"$": 2, "n": "i", "value": 0}, {"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [{"$": 12}]}])",
+        {R"([{"$": 2, "n": "i", "value": 0}, {"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [
+            {"$": 12}]}])",
          "completed"},
         {R"([{"$": 7, "startIndex": 0, "endIndex": 3, "index": "i", "b": [{"$": 11, "returnValue": 9}]}])", "9"},
         // A start that is not a number counts from 0; continue and break.
