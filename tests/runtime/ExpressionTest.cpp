@@ -3,7 +3,6 @@
 
 #include "runtime/RuntimeEngine.h"
 #include "support/CanonicalJson.h"
-#include "support/ReportedErrors.h"
 #include "support/TemplateHarness.h"
 
 using namespace Mero;
