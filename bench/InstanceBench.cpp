@@ -6,12 +6,11 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "BenchData.h"
 #include "bridge/ComponentSlots.h"
 #include "engine/MeroInstance.h"
 #include "render/Component.h"
@@ -22,14 +21,6 @@
 #include "value/ErrorReporting.h"
 
 namespace {
-
-std::string readBenchFile(const char* name)
-{
-    std::ifstream in(std::filesystem::path(MERO_BENCH_DATA) / name, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 // A host view that does nothing, answering a fixed content size.
 class NullComponent : public Mero::Component {
@@ -84,8 +75,8 @@ void showCard(Mero::MeroInstance& instance, const std::string& templateText, con
 void BM_InstanceStart_NoJni(benchmark::State& state, const char* file, const char* dataFile)
 {
     Mero::debugMode = false;
-    const std::string templateText = readBenchFile(file);
-    const std::string data = dataFile != nullptr ? readBenchFile(dataFile) : "{}";
+    const std::string templateText = MeroBench::readDataFile(file);
+    const std::string data = dataFile != nullptr ? MeroBench::readDataFile(dataFile) : "{}";
     for (auto _ : state) {
         Mero::MeroInstance instance;
         const auto start = std::chrono::steady_clock::now();
@@ -110,7 +101,7 @@ void BM_InstanceClick_NoJni(benchmark::State& state)
 {
     Mero::debugMode = false;
     Mero::MeroInstance instance;
-    showCard(instance, readBenchFile("bridge_card.json"), "{}");
+    showCard(instance, MeroBench::readDataFile("bridge_card.json"), "{}");
     bool tap = true;
     for (auto _ : state) {
         instance.sendClickEvent(tap ? "title" : "icon");

@@ -3,11 +3,10 @@
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "BenchData.h"
 #include "value/JsonParser.h"
 
 #ifdef MERO_BENCH_RAPIDJSON
@@ -19,14 +18,6 @@
 
 namespace {
 
-std::string readFile(const std::filesystem::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 // Every JSON text of bench/data, read once.
 const std::vector<std::string>& corpus()
 {
@@ -34,7 +25,7 @@ const std::vector<std::string>& corpus()
         std::vector<std::string> loaded;
         for (const auto& entry : std::filesystem::directory_iterator(MERO_BENCH_DATA)) {
             if (entry.path().extension() == ".json") {
-                loaded.push_back(readFile(entry.path()));
+                loaded.push_back(MeroBench::readFile(entry.path()));
             }
         }
         return loaded;

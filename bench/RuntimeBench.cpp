@@ -3,24 +3,15 @@
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 
+#include "BenchData.h"
 #include "runtime/RuntimeEngine.h"
 #include "value/ErrorReporting.h"
 #include "value/JsonParser.h"
 
 namespace {
-
-std::string readFile(const std::filesystem::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 // Benchmarks measure the release path: no trace lines, no throwing.
 struct QuietRuntime {
@@ -37,7 +28,7 @@ std::shared_ptr<Mero::RuntimeEngine> loadedEngine(std::string_view text)
 
 void BM_TemplateLoad(benchmark::State& state, const std::filesystem::path& path)
 {
-    const std::string text = readFile(path);
+    const std::string text = MeroBench::readFile(path);
     for (auto _ : state) {
         benchmark::DoNotOptimize(loadedEngine(text));
     }

@@ -18,14 +18,6 @@ void RenderNodeDeleter::operator()(ViewRenderNode* node) const noexcept
 
 namespace {
 
-const Value& memberOf(const Value& element, const std::string& key)
-{
-    static const Value absent;
-    const ValueObject& members = element.object();
-    auto found = members.find(key);
-    return found == members.end() ? absent : found->second;
-}
-
 // Items of a list are told apart by their numeric locals: "id#0", and
 // "id#1#0" for an item of an item.
 std::string scopedNodeId(const Value& element, const LocalScope& scope)

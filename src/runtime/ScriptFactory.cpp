@@ -17,28 +17,19 @@ namespace Mero {
 
 namespace {
 
-// A member of a node, or null when absent (read-only: never inserts).
-const Value& member(const Value& node, const std::string& key)
-{
-    static const Value absent;
-    const ValueObject& object = node.object();
-    auto found = object.find(key);
-    return found == object.end() ? absent : found->second;
-}
-
 double typeCode(const Value& node)
 {
-    return member(node, "$").number();
+    return memberOf(node, "$").number();
 }
 
 const std::string& nameOf(const Value& node)
 {
-    return member(node, "n").string();
+    return memberOf(node, "n").string();
 }
 
 RuntimeObjectPtr expressionOf(const Value& node, const std::string& key)
 {
-    return createRuntimeObject(member(node, key));
+    return createRuntimeObject(memberOf(node, key));
 }
 
 std::vector<RuntimeObjectPtr> expressionList(const Value& list)
@@ -64,7 +55,7 @@ StatementList statementList(const Value& list)
 // "bs": an array of statement lists.
 std::vector<StatementList> branchLists(const Value& node)
 {
-    const ValueArray& lists = member(node, "bs").array();
+    const ValueArray& lists = memberOf(node, "bs").array();
     std::vector<StatementList> branches;
     branches.reserve(lists.size());
     for (const Value& list : lists) {
@@ -85,7 +76,7 @@ RuntimeObjectPtr createJson(const Value& node)
 
 std::unique_ptr<InvokeFunction> createInvoke(const Value& node)
 {
-    return std::make_unique<InvokeFunction>(nameOf(node), expressionList(member(node, "a")));
+    return std::make_unique<InvokeFunction>(nameOf(node), expressionList(memberOf(node, "a")));
 }
 
 }  // namespace
@@ -115,10 +106,10 @@ RuntimeObjectPtr createRuntimeObject(const Value& node)
             return std::make_unique<RuntimeCallback>(node);
         }
         if (code == 15) {
-            return std::make_unique<RuntimeSpreadObject>(expressionList(member(node, "value")));
+            return std::make_unique<RuntimeSpreadObject>(expressionList(memberOf(node, "value")));
         }
         if (code == 16) {
-            return std::make_unique<RuntimeSpreadArray>(expressionList(member(node, "value")));
+            return std::make_unique<RuntimeSpreadArray>(expressionList(memberOf(node, "value")));
         }
         return createJson(node);
     }
@@ -137,19 +128,19 @@ RuntimeExecutePtr createRuntimeExecute(const Value& node)
     case 2: return std::make_unique<SetLocalVar>(nameOf(node), expressionOf(node, "value"));
     case 4: return std::make_unique<SetVariable>(nameOf(node), expressionOf(node, "value"));
     case 5: return createInvoke(node);
-    case 6: return std::make_unique<Condition>(expressionList(member(node, "c")), branchLists(node));
+    case 6: return std::make_unique<Condition>(expressionList(memberOf(node, "c")), branchLists(node));
     case 7:
         return std::make_unique<ForRange>(expressionOf(node, "startIndex"), expressionOf(node, "endIndex"),
-                                          member(node, "index").string(), statementList(member(node, "b")));
+                                          memberOf(node, "index").string(), statementList(memberOf(node, "b")));
     case 8:
-        return std::make_unique<While>(member(node, "isDoWhile").boolean(), expressionOf(node, "c"),
-                                       statementList(member(node, "b")));
+        return std::make_unique<While>(memberOf(node, "isDoWhile").boolean(), expressionOf(node, "c"),
+                                       statementList(memberOf(node, "b")));
     case 9:
-        return std::make_unique<Switch>(expressionOf(node, "t"), expressionList(member(node, "c")),
-                                        branchLists(node), statementList(member(node, "default")));
+        return std::make_unique<Switch>(expressionOf(node, "t"), expressionList(memberOf(node, "c")),
+                                        branchLists(node), statementList(memberOf(node, "default")));
     case 10:
-        return std::make_unique<ForOf>(expressionOf(node, "t"), member(node, "index").string(),
-                                       member(node, "item").string(), statementList(member(node, "b")));
+        return std::make_unique<ForOf>(expressionOf(node, "t"), memberOf(node, "index").string(),
+                                       memberOf(node, "item").string(), statementList(memberOf(node, "b")));
     case 11: return std::make_unique<ReturnValue>(expressionOf(node, "returnValue"));
     case 12: return std::make_unique<BreakValue>();
     case 13: return std::make_unique<ContinueValue>();
@@ -160,7 +151,7 @@ RuntimeExecutePtr createRuntimeExecute(const Value& node)
 
 void buildStatementList(const Value& node, std::string_view key, StatementList& statements)
 {
-    const ValueArray& list = member(node, std::string(key)).array();
+    const ValueArray& list = memberOf(node, std::string(key)).array();
     statements.reserve(statements.size() + list.size());
     for (const Value& element : list) {
         statements.push_back(createRuntimeExecute(element));
@@ -177,7 +168,7 @@ StatementList buildStatementList(const Value& node, std::string_view key)
 SizeProperty parseSizeProperty(const Value& property)
 {
     SizeProperty size;
-    size.sizeType = truncateToInt32(member(property, "sizeType").number());
+    size.sizeType = truncateToInt32(memberOf(property, "sizeType").number());
     if (size.sizeType == -1) {
         size.expression = createRuntimeObject(property);
     } else {

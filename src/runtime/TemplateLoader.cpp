@@ -8,14 +8,6 @@ namespace Mero {
 
 namespace {
 
-const Value& member(const Value& node, const std::string& key)
-{
-    static const Value absent;
-    const ValueObject& object = node.object();
-    auto found = object.find(key);
-    return found == object.end() ? absent : found->second;
-}
-
 // The table of UI variables. When "variables" is missing or not an object,
 // the engine works on the process-wide shared empty object that the object
 // accessor hands out, not on a private map: kept on purpose, templates
@@ -34,19 +26,19 @@ ObjectPtr uiVariablesOf(const Value& variables)
 std::unique_ptr<CustomFunction> loadFunction(const Value& entry)
 {
     std::vector<std::string> parameters;
-    for (const Value& parameter : member(entry, "a").array()) {
+    for (const Value& parameter : memberOf(entry, "a").array()) {
         parameters.push_back(parameter.string());
     }
-    return std::make_unique<CustomFunction>(member(entry, "n").string(), std::move(parameters),
-                                            member(entry, "defaultArgs").arrayPtr(), buildStatementList(entry, "b"));
+    return std::make_unique<CustomFunction>(memberOf(entry, "n").string(), std::move(parameters),
+                                            memberOf(entry, "defaultArgs").arrayPtr(), buildStatementList(entry, "b"));
 }
 
 EventHandlerPtr loadEvent(const Value& entry)
 {
     // Only a list of exactly one parameter names the payload.
-    const ValueArray& parameters = member(entry, "a").array();
+    const ValueArray& parameters = memberOf(entry, "a").array();
     std::string parameterName = parameters.size() == 1 ? parameters.front().string() : std::string();
-    return std::make_shared<EventHandler>(member(entry, "n").string(), std::move(parameterName),
+    return std::make_shared<EventHandler>(memberOf(entry, "n").string(), std::move(parameterName),
                                           buildStatementList(entry, "b"));
 }
 
@@ -58,19 +50,19 @@ void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
     parser.parse(text, text + length);
     const Value& root = parser.root();
 
-    elements = member(root, "elements");
-    uiVariables = uiVariablesOf(member(root, "variables"));
+    elements = memberOf(root, "elements");
+    uiVariables = uiVariablesOf(memberOf(root, "variables"));
     globalVariables = std::make_shared<ValueObject>();
 
     // Functions and handlers already in the tables (an earlier load) win:
     // the first definition of a name is kept.
-    for (const Value& entry : member(root, "functions").array()) {
+    for (const Value& entry : memberOf(root, "functions").array()) {
         std::unique_ptr<CustomFunction> function = loadFunction(entry);
         std::string name = function->name();
         registerFunction(std::move(name), std::move(function));
     }
     registerBuiltinFunctions(*this);
-    for (const Value& entry : member(root, "events").array()) {
+    for (const Value& entry : memberOf(root, "events").array()) {
         EventHandlerPtr handler = loadEvent(entry);
         std::string name = handler->name;
         registerEvent(std::move(name), std::move(handler));

@@ -174,6 +174,14 @@ Value Value::makeObject(ValueObject members)
     return Value(std::make_shared<ValueObject>(std::move(members)));
 }
 
+const Value& memberOf(const Value& object, const std::string& key)
+{
+    static const Value absent;
+    const ValueObject& members = object.object();
+    auto found = members.find(key);
+    return found == members.end() ? absent : found->second;
+}
+
 bool isFalsy(const Value& value) noexcept
 {
     switch (value.kind()) {

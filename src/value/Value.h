@@ -113,6 +113,10 @@ private:
     Payload payload_ = 0.0;
 };
 
+// The member `key` of an object Value, or a shared null when it is absent or
+// `object` is not an object. Never inserts.
+const Value& memberOf(const Value& object, const std::string& key);
+
 // Truthiness: null, 0 (and -0), "" and false are falsy; NaN is truthy, and so
 // is every array, object, callback and completion, even an empty one.
 bool isFalsy(const Value& value) noexcept;
