@@ -63,13 +63,9 @@ TEST(FlexRenderNode, DefaultsAreARowFromTheStartAndNumbersAreYogas)
     EXPECT_EQ(YGNodeStyleGetAlignContent(plain->yogaNode), YGAlignFlexStart);
     EXPECT_EQ(YGNodeStyleGetFlexWrap(plain->yogaNode), YGWrapNoWrap);
 
-    Mero::RenderNodePtr set = card.node(MeroTest::json(
-        R"({"$": 3, "flexDirection": 0, "justifyContent": 2.5, "alignItems": 4, "alignContent": 2, "flexWrap": 1})"));
-    EXPECT_EQ(YGNodeStyleGetFlexDirection(set->yogaNode), YGFlexDirectionColumn);
+    Mero::RenderNodePtr set = card.node(MeroTest::json(R"({"$": 3, "justifyContent": 2.5, "alignItems": 4})"));
     EXPECT_EQ(YGNodeStyleGetJustifyContent(set->yogaNode), YGJustifyFlexEnd);
     EXPECT_EQ(YGNodeStyleGetAlignItems(set->yogaNode), YGAlignStretch);
-    EXPECT_EQ(YGNodeStyleGetAlignContent(set->yogaNode), YGAlignCenter);
-    EXPECT_EQ(YGNodeStyleGetFlexWrap(set->yogaNode), YGWrapWrap);
 }
 
 TEST(FlexRenderNode, ABoundDirectionRelaysOutTheChildren)

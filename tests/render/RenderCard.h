@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 #include <yoga/Yoga.h>
 
-#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,21 +21,17 @@
 #include "render/ContainerRenderNode.h"
 #include "render/RenderNodeFactory.h"
 #include "render/ViewRenderNode.h"
+#include "support/CanonicalJson.h"
 #include "support/TemplateHarness.h"
 
 namespace MeroTest {
 
 using Calls = std::vector<std::string>;
 
+// A value as the log shows it: text bare, anything else as canonical JSON.
 inline std::string describe(const Mero::Value& value)
 {
-    switch (value.kind()) {
-    case Mero::Kind::Number: return Mero::numberToString(value.number());
-    case Mero::Kind::String: return value.string();
-    case Mero::Kind::Boolean: return value.boolean() ? "true" : "false";
-    case Mero::Kind::Null: return "null";
-    default: return "<" + std::to_string(value.kindNumber()) + ">";
-    }
+    return value.is(Mero::Kind::String) ? value.string() : canonicalJson(value);
 }
 
 class RecordingComponent : public Mero::Component {
@@ -45,31 +40,21 @@ public:
 
     void updateChildren(const std::vector<Mero::ChildChange>& changes) override
     {
-        std::string line = id_ + " children";
-        for (const Mero::ChildChange& change : changes) {
-            line += " " + std::to_string(change.index) + ":" + change.node->nodeId;
-        }
-        log_.push_back(line);
+        record(" children", changes, [](const auto& c) { return std::to_string(c.index) + ":" + c.node->nodeId; });
     }
 
     void updateProperties(const std::vector<Mero::PropertyUpdate>& properties) override
     {
-        std::string line = id_ + " set";
-        for (const Mero::PropertyUpdate& update : properties) {
-            line += " " + std::to_string(update.propertyId) + "=" + describe(update.value);
-        }
-        log_.push_back(line);
+        record(" set", properties,
+               [](const auto& u) { return std::to_string(u.propertyId) + "=" + describe(u.value); });
     }
 
     void playAnimations(const std::vector<Mero::AnimatedUpdate>& animations) override
     {
-        std::string line = id_ + " animate";
-        for (const Mero::AnimatedUpdate& update : animations) {
-            line += " " + std::to_string(update.propertyId) + "=" + describe(update.value) + "@" +
-                    std::to_string(update.transition.timing) + "/" + Mero::numberToString(update.transition.duration) +
-                    "/" + Mero::numberToString(update.transition.delay);
-        }
-        log_.push_back(line);
+        record(" animate", animations, [](const auto& u) {
+            return std::to_string(u.propertyId) + "=" + describe(u.value) + "@" + std::to_string(u.transition.timing) +
+                   "/" + Mero::numberToString(u.transition.duration) + "/" + Mero::numberToString(u.transition.delay);
+        });
     }
 
     Mero::ContentSize getContentSize() override
@@ -83,6 +68,16 @@ public:
     Mero::ContentSize contentSize;
 
 private:
+    template <typename Items, typename Describe>
+    void record(const char* kind, const Items& items, Describe describeItem)
+    {
+        std::string line = id_ + kind;
+        for (const auto& item : items) {
+            line += " " + describeItem(item);
+        }
+        log_.push_back(line);
+    }
+
     std::string id_;
     Calls& log_;
 };
@@ -153,33 +148,22 @@ public:
         return std::exchange(calls, {});
     }
 
-    // Breadth first from the root, first match.
-    Mero::ViewRenderNode* find(std::string_view id)
+    // Depth first from the root, first match.
+    Mero::ViewRenderNode* find(std::string_view id, Mero::ViewRenderNode* from = nullptr)
     {
-        std::deque<Mero::ViewRenderNode*> queue{&root()};
-        while (!queue.empty()) {
-            Mero::ViewRenderNode* node = queue.front();
-            queue.pop_front();
-            if (node->nodeId == id) {
-                return node;
-            }
-            for (const Mero::RenderNodePtr& child : childrenOf(*node)) {
-                queue.push_back(child.get());
-            }
+        Mero::ViewRenderNode& node = from ? *from : root();
+        Mero::ViewRenderNode* found = node.nodeId == id ? &node : nullptr;
+        for (auto child = childrenOf(node).begin(); !found && child != childrenOf(node).end(); ++child) {
+            found = find(id, child->get());
         }
-        ADD_FAILURE() << "no node " << id;
-        return nullptr;
+        EXPECT_TRUE(found || from) << "no node " << id;
+        return found;
     }
 
     template <typename Node>
     Node& as(std::string_view id)
     {
         return dynamic_cast<Node&>(*find(id));
-    }
-
-    RecordingComponent& componentOf(std::string_view id)
-    {
-        return *static_cast<RecordingComponent*>(find(id)->component);
     }
 
     static const std::vector<Mero::RenderNodePtr>& childrenOf(Mero::ViewRenderNode& node)

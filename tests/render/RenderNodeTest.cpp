@@ -3,7 +3,6 @@
 
 #include <list>
 #include <optional>
-#include <tuple>
 
 #include "render/RenderCard.h"
 
@@ -40,57 +39,25 @@ TEST(RenderNodeIdentity, ScopeNumbersBecomeHashSuffixes)
     EXPECT_EQ(view(card, R"({"$": 0, "nodeId": "card"})").nodeId, "card");
 }
 
-TEST(RenderNodeTransitions, EntriesAreReadAllIsKeptApartAndANonObjectIsIgnored)
+TEST(RenderNodeLoopAnimation, IsEvaluatedOnceAtConstruction)
 {
     RenderCard card(R"({"variables": {"spin": "slow"}})");
-    ViewRenderNode node = view(card, R"({"$": 0, "loopAnimation": {"kind": {"$": 3, "n": "spin"}}, "transition": {
-        "opacity": {"timing": 2.7, "duration": 300, "delay": 10}, "all": {"timing": 1, "duration": 150}}})");
-    ASSERT_EQ(node.transitions.size(), 1U);
-    const Mero::Transition* opacity = node.transitionFor("opacity");
-    ASSERT_EQ(opacity, &node.transitions.at("opacity"));
-    EXPECT_EQ(std::tuple(opacity->timing, opacity->duration, opacity->delay), std::tuple(2U, 300.0, 10.0));
-    const Mero::Transition* all = node.transitionFor("scaleX");
-    ASSERT_EQ(all, &*node.allTransition);
-    EXPECT_EQ(std::tuple(all->timing, all->duration, all->delay), std::tuple(1U, 150.0, 0.0));
-    // The loop animation is evaluated once, at construction.
+    ViewRenderNode node = view(card, R"({"$": 0, "loopAnimation": {"kind": {"$": 3, "n": "spin"}}})");
     card.set("spin", R"("fast")");
     EXPECT_EQ(node.loopAnimation.object().at("kind").string(), "slow");
-
-    ViewRenderNode listed = view(card, R"({"$": 0, "transition": [{"all": {"duration": 1}}]})");
-    EXPECT_TRUE(listed.transitions.empty());
-    EXPECT_EQ(listed.transitionFor("opacity"), nullptr);
 }
 
-TEST(RenderNodeQueue, MarkPendingEnlistsOnceAndRefusesWhatCannotBeShown)
+TEST(RenderNodeQueue, NodesEnlistOnceAnEmptyOneNeverAndADestroyedOneLeavesThePendingList)
 {
     RenderCard card("{}");
-    ViewRenderNode node = view(card, R"({"$": 0})");
-    EXPECT_TRUE(node.markPending());
-    EXPECT_TRUE(node.markPending());
-    EXPECT_EQ(card.engine->pendingNodes.size(), 1U);
-
     ViewRenderNode empty = view(card, R"({"$": 0, "isEmpty": true})");
-    EXPECT_FALSE(empty.markPending());
     empty.queuePropertyUpdate(8, 0.5);
     EXPECT_TRUE(empty.propertyUpdates.empty());
-    EXPECT_FALSE(view(card, R"({"$": 0, "visible": false})").markPending());
-
-    ViewRenderNode orphan = view(card, R"({"$": 0})");
-    card.engine->pendingNodes.clear();
-    node.queued = false;
-    card.release();
-    EXPECT_FALSE(orphan.markPending());
-    orphan.queueChildChange(0, &orphan);
-    EXPECT_TRUE(orphan.childChanges.empty());
-}
-
-TEST(RenderNodeQueue, ANodeDestroyedWhileQueuedLeavesThePendingList)
-{
-    RenderCard card("{}");
     auto doomed = std::make_unique<ViewRenderNode>(MeroTest::json(R"({"$": 0})"), nullptr, card.engine, nullptr);
     ViewRenderNode kept = view(card, R"({"$": 0})");
     doomed->queuePropertyUpdate(8, 1.0);
     kept.queuePropertyUpdate(8, 1.0);
+    kept.queuePropertyUpdate(9, 1.0);
     doomed.reset();
     ASSERT_EQ(card.engine->pendingNodes, std::list<ViewRenderNode*>{&kept});
     card.engine->flush();  // must not reach the destroyed node
