@@ -59,6 +59,7 @@ const MessageCase kMessageCases[] = {
     {"Negative", invokeFresh<NegativeFunction>, "[]", "NagativeFunction args size not match", "0"},
     {"MathMax", invokeFresh<MathMaxFunction>, "[[1],[2]]", "MathMaxFunction args size not match", "0"},
     {"MathMax", invokeFresh<MathMaxFunction>, "[5]", "MathMaxFunction args type not match", "0"},
+    {"MathMin", invokeFresh<MathMinFunction>, "[]", "MathMinFunction args size not match", "0"},
     {"MathMin", invokeFresh<MathMinFunction>, "[\"1,2\"]", "MathMinFunction args type not match", "0"},
     {"Rounding", invokeFresh<RoundingFunction>, "[1.5]", "rounding args size not match", "null"},
     {"Rounding", invokeFresh<RoundingFunction>, "[0,\"1.5\"]", "rounding args must be number", "0"},

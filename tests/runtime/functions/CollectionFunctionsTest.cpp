@@ -113,11 +113,10 @@ TEST(JsonSet, changesTheObjectInPlaceForEveryHolderAndWrongKindsNothingQuietly)
 
 TEST(JsonParse, readsAnObjectTextAndLeavesTheEmptyTextNull)
 {
-    EXPECT_EQ(canonicalJson(callBuiltin<JsonParseFunction>(ArgList{Value("{\"a\":[1,{\"b\":true}]}")})),
-              "{\"a\":[1,{\"b\":true}]}");
-    EXPECT_EQ(canonicalJson(callBuiltin<JsonParseFunction>(ArgList{Value("")})), "null");
-    EXPECT_EQ(thrownMessage([] { callBuiltin<JsonParseFunction>(ArgList{Value("[1]")}); }),
-              "Syntax error: '{' expected.");
+    const char* text = R"({"a":[1,{"b":true}]})";
+    EXPECT_EQ(canonicalJson(callBuiltin<JsonParseFunction>(ArgList{Value(text)})), text);
+    EXPECT_EQ(canonicalJson(callBuiltin<JsonParseFunction>("[\"\"]")), "null");
+    EXPECT_EQ(thrownMessage([] { callBuiltin<JsonParseFunction>("[\"[1]\"]"); }), "Syntax error: '{' expected.");
 }
 
 }  // namespace
