@@ -37,7 +37,8 @@ constexpr size_t kPutArea = AndroidBuf::kBufferSize - 1;
 TEST_F(AndroidBufTest, EachFlushIsOneEntryUnderTheCppTagAndNothingIsWrittenBefore)
 {
     Mero::logEnabled = true;
-    EXPECT_EQ(captured([](std::ostream& out) { out << "first line" << std::endl << "second" << std::flush; }),
+    EXPECT_EQ(captured([](std::ostream& out) { out << "first line" << std::endl
+                                                   << "second" << std::flush; }),
               "D/mero_log_cpp: first line\nD/mero_log_cpp: second\n");
     EXPECT_EQ(captured([](std::ostream& out) { out << "pending"; }), "");
 }

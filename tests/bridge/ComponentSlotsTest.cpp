@@ -35,23 +35,17 @@ std::string filled(const ComponentSlots& slots)
 
 TEST(ComponentSlotsPut, TheHundredsPickTheBufferAndTheRestTheSlot)
 {
+    // Floats as they are, but the video start time (38) as a whole number; ints truncated; strings take
+    // the text of numbers and booleans, and null as empty; ids outside the buffers are ignored.
     const struct {
         uint32_t id;
         Value value;
         const char* expected;
     } rows[] = {
-        {24, Value(28.5), "f24=28.5"},
-        {38, Value(12.9), "f38=12"},  // the video start time is a whole number
-        {39, Value(12.9), "f39=12.9"},
-        {100, Value(3.9), "i0=3"},  // ints are truncated
-        {104, Value(-2.7), "i4=-2"},
-        {204, Value("#123456FF"), "s4=#123456FF"},
-        {203, Value(1.5), "s3=1.5"},  // string slots take the text of numbers and booleans
-        {206, Value(false), "s6=false"},
-        {209, Value(), ""},
-        {301, Value(true), "b1=1"},
-        {110, Value(1.0), ""},  // outside the buffers
-        {399, Value(true), ""},
+        {24, Value(28.5), "f24=28.5"}, {38, Value(12.9), "f38=12"},     {39, Value(12.9), "f39=12.9"},
+        {100, Value(3.9), "i0=3"},     {104, Value(-2.7), "i4=-2"},     {204, Value("#123456FF"), "s4=#123456FF"},
+        {203, Value(1.5), "s3=1.5"},   {206, Value(false), "s6=false"}, {209, Value(), ""},
+        {301, Value(true), "b1=1"},    {110, Value(1.0), ""},           {399, Value(true), ""},
         {400, Value("x"), ""},
     };
     for (const auto& row : rows) {
@@ -85,8 +79,9 @@ TEST_F(NodeSlots, AViewCarriesItsIdClickFrameBoxAndDefaults)
         "loopAnimation": [1, 2]})");
     EXPECT_EQ(made.type, 0U);
     // Opacity and scale default to 1, the anchor point to the centre, the colours to clear and black.
-    EXPECT_EQ(filled(made), "f0=300 f1=120 f5=6 f8=1 f9=1 f10=1 f11=0.5 f12=0.5 f21=3 "
-                            "s0=card s1=#00000000 s2=#000000FF s7=tap s22=[1,2]");
+    EXPECT_EQ(filled(made),
+              "f0=300 f1=120 f5=6 f8=1 f9=1 f10=1 f11=0.5 f12=0.5 f21=3 "
+              "s0=card s1=#00000000 s2=#000000FF s7=tap s22=[1,2]");
     EXPECT_FALSE(made.gradient.has_value());
 }
 

@@ -63,7 +63,8 @@ TEST(ReleaseHostComponents, ControllersOfEveryNodeGoWithTheTree)
             {"$": 3, "nodeId": "row", "children": [{"$": 0, "nodeId": "hidden", "visible": false}]}]}})");
         instance.initNode();
         for (const char* id : {"root", "row", "hidden"}) {
-            Mero::findRenderNode(instance.runtime().rootNode.get(), id)->component = new LoggingComponent(id, destroyed);
+            Mero::findRenderNode(instance.runtime().rootNode.get(), id)->component =
+                new LoggingComponent(id, destroyed);
         }
         instance.initNode();
         EXPECT_EQ(destroyed.size(), 3U) << "a replaced tree, hidden nodes included";
