@@ -180,11 +180,11 @@ public final class EndToEndTests {
     }
 
     /** Slots of the view made for id, joined by "|": a buffer letter (i, f, s, b) before its slot numbers. */
-    private static String slots(RecordingHost card, String id, String spec) {
+    private static String slots(RecordingHost card, String id, String wanted) {
         RecordingHost.Created made = card.created.get(id);
         StringJoiner text = new StringJoiner("|");
         String buffer = "";
-        for (String word : spec.split(" ")) {
+        for (String word : wanted.split(" ")) {
             if (Character.isLetter(word.charAt(0))) {
                 buffer = word;
                 continue;
