@@ -13,8 +13,10 @@ import java.util.List;
  * fixed, pre-touched Java heap (-Xms = -Xmx, -XX:+AlwaysPreTouch), so what
  * moves is native memory (the engine's, plus the JIT's). Two rounds warm the
  * allocator and the JIT and set the baseline; after three more the resident
- * set must be back within 2 MiB of it: a leak of one card's engine, tree or
- * controllers would add several MiB per round.
+ * set must be back within 8 MiB of it. Keeping every card would add about
+ * 20 MiB per round, and a leak of a few KiB per card shows within the three
+ * rounds; the margin absorbs the allocator's and the JIT's own drift, which
+ * has been seen up to about 6 MiB on a busy machine.
  */
 public final class StressTest {
     private StressTest() {}
@@ -31,7 +33,7 @@ public final class StressTest {
         }
         long growth = settledResidentKiB() - baseline;
         System.out.printf("baseline %d KiB; after three more rounds %+d KiB%n", baseline, growth);
-        fail(growth > 2048, "resident memory grew by " + growth + " KiB");
+        fail(growth > 8192, "resident memory grew by " + growth + " KiB");
         System.out.println("PASS resident memory back near its baseline");
     }
 
