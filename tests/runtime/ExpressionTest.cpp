@@ -1,4 +1,4 @@
-// Expression nodes: literals, spreads, the four reads, callbacks and calls.
+// Expression nodes: literals, spreads, the four reads and callbacks.
 #include <gtest/gtest.h>
 
 #include "runtime/RuntimeEngine.h"

@@ -75,7 +75,7 @@ TEST(ReportedErrors, AreThrownOrPrintedBeforeTheFallback)
     };
     TemplateHarness card(R"({"functions": [{"n": "ab", "a": ["a", "b"], "b": []},
                                            {"n": "abEmpty", "a": ["a", "b"], "defaultArgs": [], "b": []}]})");
-    (*card.scope)["cb"] = card.eval(R"({"$": 14, "a": ["x", "y"], "b": [{"$": 11, "returnValue": 1}]})");
+    (*card.scope)["cb"] = node(R"({"$": 14, "a": ["x", "y"], "b": []})")->value(nullptr, card.weak());
     for (const Report& report : reports) {
         auto evaluate = [&] {
             return node(report.expression)->value(card.scope, report.engineGone ? EngineRef() : card.weak());
