@@ -196,6 +196,25 @@ TEST(Observers, ReEvaluateABoundExpressionOncePerRegisteredRead)
     }
 }
 
+// The list is walked as it was when the change came: a property bound while
+// it is walked updates from the next change on.
+TEST(Observers, APropertyBoundDuringAnUpdateJoinsFromTheNextChange)
+{
+    TemplateHarness card(R"({"variables": {"v": 1}, "events": [{"n": "set", "a": ["x"], "b": [
+        {"$": 4, "n": "v", "value": {"$": 1, "n": "x"}}]}]})");
+    std::vector<std::string> seen;
+    auto outer = std::make_shared<ValueSetter>([&](Value value) {
+        seen.push_back("outer=" + text(value));
+        if (seen.size() == 2) {
+            bindValue(card, R"({"$": 3, "n": "v"})", seen, "inner=");
+        }
+    });
+    RuntimeEngine::getValueData(card.scope, node(R"({"$": 3, "n": "v"})"), card.weak(), outer, Value());
+    card.send("set", Value(2));
+    card.send("set", Value(3));
+    EXPECT_EQ(seen, (std::vector<std::string>{"outer=1", "outer=2", "inner=2", "outer=3", "inner=3"}));
+}
+
 // Properties bound to one variable update in binding order, each converted
 // for its setter; a typed read of another kind gives the default.
 TEST(Binding, PropertiesOfOneVariableUpdateInBindingOrderWithTheCapturedScope)

@@ -16,6 +16,7 @@ using MeroTest::TemplateHarness;
 TEST(TemplateLoader, IncrementExampleRunsEndToEnd)
 {
     // count := count + step, with step defaulting to 1, run by the event "tap".
+    MeroTest::DebugModeScope quiet(false);  // as cards run in production
     TemplateHarness card(R"({"variables": {"count": 0}, "functions": [{"n": "inc", "a": ["step"], "defaultArgs": [1],
         "b": [{"$": 4, "n": "count", "value": {"$": 5, "n": "1", "a": [[0], [{"$": 3, "n": "count"},
               {"$": 1, "n": "step"}]]}}]}], "events": [{"n": "tap", "a": [], "b": [{"$": 5, "n": "inc", "a": []}]}]})");
