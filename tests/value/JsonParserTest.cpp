@@ -47,14 +47,9 @@ TEST(JsonParserBasics, ReadsEveryKindOfValue)
     EXPECT_EQ(members.at("o").object().at("k").string(), "v");
 }
 
-TEST(JsonParserBasics, EmptyObjectAndWhitespace)
-{
-    EXPECT_EQ(read("{}"), "{}");
-    EXPECT_EQ(read(" \t\r\n{ \"a\" :\n 1 } "), R"({"a":1})");
-}
-
 TEST(JsonParserBasics, RootIsAlwaysAnObject)
 {
+    EXPECT_EQ(read(" \t\r\n{ \"a\" :\n 1 } "), R"({"a":1})");
     EXPECT_EQ(JsonParser::read("{}").kind(), Kind::Object);
     EXPECT_EQ(readQuietly(""), "{}");
     EXPECT_EQ(readQuietly("[1,2]"), "{}");
@@ -153,11 +148,6 @@ TEST(JsonParserStrings, RawBytesPassThrough)
 {
     std::string text = "{\"s\":\"caf\xC3\xA9\x01\n\"}";
     EXPECT_EQ(JsonParser::read(text).object().at("s").string(), "caf\xC3\xA9\x01\n");
-}
-
-TEST(JsonParserStrings, KeysUseTheSameReader)
-{
-    EXPECT_EQ(JsonParser::read(R"({"a\nb":1})").object().count("a\nb"), 1u);
 }
 
 TEST(JsonParserStrings, TextNeedNotEndWithAZeroByte)
