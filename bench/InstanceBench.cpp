@@ -1,6 +1,6 @@
 // The engine instance without JNI: a card from loadTemplate to the slot
 // buffers of all its host views, and one click carried to the end of its
-// flush. tests/jvm/.../JniBench.java times the same work through the natives
+// flush. bench/jvm/.../JniBench.java times the same work through the natives
 // on a JVM and prints the share JNI adds (make jvm_bench).
 #include <benchmark/benchmark.h>
 

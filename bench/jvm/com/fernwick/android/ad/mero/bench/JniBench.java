@@ -1,4 +1,4 @@
-package com.fernwick.android.ad.mero.test;
+package com.fernwick.android.ad.mero.bench;
 
 import com.fernwick.android.ad.mero.MRComponent;
 import com.fernwick.android.ad.mero.components.GradientInfo;
