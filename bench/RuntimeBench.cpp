@@ -85,8 +85,8 @@ void BM_ScriptLoop(benchmark::State& state)
             break;
         }
     }
-    state.counters["per_round"] = benchmark::Counter(rounds, benchmark::Counter::kIsIterationInvariantRate |
-                                                                 benchmark::Counter::kInvert);
+    state.counters["per_round"] =
+        benchmark::Counter(rounds, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(BM_ScriptLoop)->Unit(benchmark::kMicrosecond);
 

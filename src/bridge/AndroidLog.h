@@ -27,8 +27,7 @@ typedef enum android_LogPriority {
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the platform's own names
 int __android_log_write(int priority, const char* tag, const char* text);
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
-int __android_log_print(int priority, const char* tag, const char* format, ...)
-    __attribute__((format(printf, 3, 4)));
+int __android_log_print(int priority, const char* tag, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
 }  // extern "C"
 

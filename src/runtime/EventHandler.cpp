@@ -3,15 +3,15 @@
 namespace Mero {
 
 EventHandler::EventHandler(std::string handlerName, std::string parameter, StatementList statements)
-    : name(std::move(handlerName)), parameterName(std::move(parameter)), body(std::move(statements)),
+    : name(std::move(handlerName)),
+      parameterName(std::move(parameter)),
+      body(std::move(statements)),
       scope(makeLocalScope())
-{
-}
+{}
 
 EventHandler::EventHandler(std::string handlerName, CallbackPtr callable)
     : name(std::move(handlerName)), scope(makeLocalScope()), isCallback(true), callback(std::move(callable))
-{
-}
+{}
 
 void EventHandler::dispatch(const Value& payload, const ObjectPtr& extra, const EngineRef& engine)
 {

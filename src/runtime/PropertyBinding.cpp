@@ -44,8 +44,7 @@ void RuntimeEngine::getValueData(const LocalScope& scope, RuntimeObjectPtr expre
     // The default is for a gone engine only; a re-evaluation hands on
     // whatever the expression gives.
     bindProperty(
-        scope, std::move(expression), engine,
-        [setter](Value value, RuntimeEngine&) { (*setter)(std::move(value)); },
+        scope, std::move(expression), engine, [setter](Value value, RuntimeEngine&) { (*setter)(std::move(value)); },
         [&]() { (*setter)(std::move(defaultValue)); });
 }
 

@@ -7,8 +7,7 @@ RuntimeEngine::RuntimeEngine()
       globalVariables(std::make_shared<ValueObject>()),
       // Never null, so "$root" always reads an object.
       data(std::make_shared<ValueObject>())
-{
-}
+{}
 
 RuntimeEngine::~RuntimeEngine()
 {

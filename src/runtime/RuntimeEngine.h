@@ -118,10 +118,10 @@ public:
     std::unordered_map<std::string, EventHandlerPtr> eventTable;
     std::unordered_map<std::string, std::shared_ptr<ObserverList>> observers;
 
-    RenderNodePtr rootNode;                // built by the instance's initNode
+    RenderNodePtr rootNode;                   // built by the instance's initNode
     std::list<ViewRenderNode*> pendingNodes;  // queued host changes, in enlisting order; not owned
-    bool needsLayout = false;              // a layout pass is owed before the next push
-    bool layoutApplied = false;            // set by the instance's applyLayout
+    bool needsLayout = false;                 // a layout pass is owed before the next push
+    bool layoutApplied = false;               // set by the instance's applyLayout
 
     HostHooks hooks;
     // Video-time points collected by script until it starts them; null until

@@ -136,8 +136,8 @@ RuntimeExecutePtr createRuntimeExecute(const Value& node)
         return std::make_unique<While>(memberOf(node, "isDoWhile").boolean(), expressionOf(node, "c"),
                                        statementList(memberOf(node, "b")));
     case 9:
-        return std::make_unique<Switch>(expressionOf(node, "t"), expressionList(memberOf(node, "c")),
-                                        branchLists(node), statementList(memberOf(node, "default")));
+        return std::make_unique<Switch>(expressionOf(node, "t"), expressionList(memberOf(node, "c")), branchLists(node),
+                                        statementList(memberOf(node, "default")));
     case 10:
         return std::make_unique<ForOf>(expressionOf(node, "t"), memberOf(node, "index").string(),
                                        memberOf(node, "item").string(), statementList(memberOf(node, "b")));

@@ -39,10 +39,8 @@ YGValue RuntimeEngine::convertSize(int32_t sizeType, double number, YGValue fall
     case Auto: return autoSize();
     case Scaled: return point(number * screenScale);
     // Container percentages are resolved to points here, not left to Yoga.
-    case ContainerHeightPercent:
-        return heightMode == exactly ? point(number * 0.01 * containerHeight) : autoSize();
-    case ContainerWidthPercent:
-        return widthMode == exactly ? point(number * 0.01 * containerWidth) : autoSize();
+    case ContainerHeightPercent: return heightMode == exactly ? point(number * 0.01 * containerHeight) : autoSize();
+    case ContainerWidthPercent: return widthMode == exactly ? point(number * 0.01 * containerWidth) : autoSize();
     default: return fallback;
     }
 }

@@ -139,12 +139,8 @@ bool JsonParser::readValue(Value& top, std::string key)
         step();
         storeValue(top, std::move(key), Value(Kind::Array));
         return true;
-    case Token::String:
-        storeValue(top, std::move(key), Value(readString()));
-        return true;
-    case Token::Number:
-        storeValue(top, std::move(key), Value(readNumber()));
-        return true;
+    case Token::String: storeValue(top, std::move(key), Value(readString())); return true;
+    case Token::Number: storeValue(top, std::move(key), Value(readNumber())); return true;
     case Token::True:
         skipLiteral(4);
         storeValue(top, std::move(key), Value(true));
@@ -157,9 +153,7 @@ bool JsonParser::readValue(Value& top, std::string key)
         skipLiteral(4);
         storeValue(top, std::move(key), Value());
         return true;
-    default:
-        reportError("object value is failed");
-        return false;
+    default: reportError("object value is failed"); return false;
     }
 }
 

@@ -9,8 +9,8 @@
 // read.
 #pragma once
 
-#include <string_view>
 #include <deque>
+#include <string_view>
 #include <vector>
 
 #include "value/Value.h"

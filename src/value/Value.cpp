@@ -54,24 +54,15 @@ void releaseContainer(std::shared_ptr<void> container)
 Value::Value(Kind kind) : kind_(kind)
 {
     switch (kind) {
-    case Kind::String:
-        payload_ = std::string();
-        break;
-    case Kind::Boolean:
-        payload_ = false;
-        break;
-    case Kind::Array:
-        payload_ = std::make_shared<ValueArray>();
-        break;
-    case Kind::Object:
-        payload_ = std::make_shared<ValueObject>();
-        break;
+    case Kind::String: payload_ = std::string(); break;
+    case Kind::Boolean: payload_ = false; break;
+    case Kind::Array: payload_ = std::make_shared<ValueArray>(); break;
+    case Kind::Object: payload_ = std::make_shared<ValueObject>(); break;
     case Kind::Callback:
         reportError("callbackValue not support");
         payload_ = std::make_shared<ValueCallback>();
         break;
-    default:
-        break;  // null, number, completions and unknown kinds hold 0.0
+    default: break;  // null, number, completions and unknown kinds hold 0.0
     }
 }
 
@@ -185,16 +176,11 @@ const Value& memberOf(const Value& object, const std::string& key)
 bool isFalsy(const Value& value) noexcept
 {
     switch (value.kind()) {
-    case Kind::Null:
-        return true;
-    case Kind::Number:
-        return value.number() == 0.0;
-    case Kind::String:
-        return value.string().empty();
-    case Kind::Boolean:
-        return !value.boolean();
-    default:
-        return false;
+    case Kind::Null: return true;
+    case Kind::Number: return value.number() == 0.0;
+    case Kind::String: return value.string().empty();
+    case Kind::Boolean: return !value.boolean();
+    default: return false;
     }
 }
 
@@ -204,14 +190,10 @@ bool equals(const Value& left, const Value& right) noexcept
         return false;
     }
     switch (left.kind()) {
-    case Kind::Number:
-        return left.number() == right.number();
-    case Kind::String:
-        return left.string() == right.string();
-    case Kind::Boolean:
-        return left.boolean() == right.boolean();
-    default:
-        return false;
+    case Kind::Number: return left.number() == right.number();
+    case Kind::String: return left.string() == right.string();
+    case Kind::Boolean: return left.boolean() == right.boolean();
+    default: return false;
     }
 }
 
@@ -234,4 +216,3 @@ std::string numberToString(double number)
 }
 
 }  // namespace Mero
-

@@ -61,8 +61,8 @@ public:
 
     Value(double number) noexcept : kind_(Kind::Number), payload_(number) {}
     template <std::integral Integer>
-        requires(!std::same_as<Integer, bool>)
-    Value(Integer number) noexcept : Value(static_cast<double>(number)) {}
+    requires(!std::same_as<Integer, bool>) Value(Integer number)
+    noexcept : Value(static_cast<double>(number)) {}
     Value(bool boolean) noexcept : kind_(Kind::Boolean), payload_(boolean) {}
     Value(std::string text) noexcept : kind_(Kind::String), payload_(std::move(text)) {}
     Value(std::string_view text) : Value(std::string(text)) {}

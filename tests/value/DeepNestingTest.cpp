@@ -63,7 +63,9 @@ TEST(DeepNesting, SharedSubtreesSurviveTheTeardownOfOneHolder)
 {
     Value inner = JsonParser::read(nestedArrays(5000));
     Value shared = inner.object().at("a");
-    { Value holder = Value::makeArray({shared}); }
+    {
+        Value holder = Value::makeArray({shared});
+    }
     inner = Value();
     EXPECT_EQ(toJsonString(shared).size(), 5000u * 2 + 1);
 }

@@ -198,6 +198,5 @@ INSTANTIATE_TEST_SUITE_P(
         ReaderErrorCase{"CloseAsValue", R"({"a":1,"b":})", "object value is failed", R"({"a":1})"},
         ReaderErrorCase{"ColonInArray", R"({"a":[1,:]})", "object value is failed", R"({"a":[1]})"},
         ReaderErrorCase{"EndAsValue", R"({"a":)", "object value is failed", "{}"},
-        ReaderErrorCase{"UnicodeEscape", R"({"s":"\u0041","t":1})", "string escape error",
-                        R"({"s":"0041","t":1})"}),
+        ReaderErrorCase{"UnicodeEscape", R"({"s":"\u0041","t":1})", "string escape error", R"({"s":"0041","t":1})"}),
     [](const testing::TestParamInfo<ReaderErrorCase>& param) { return std::string(param.param.name); });

@@ -19,7 +19,8 @@ bool traces(const std::string& name)
 
 void traceInvoke(const std::string& name, const std::vector<Value>& args)
 {
-    std::cout << "Mero_log-> invoke func: " << name << " args:" << "[";
+    std::cout << "Mero_log-> invoke func: " << name << " args:"
+              << "[";
     for (const Value& arg : args) {
         std::cout << arg << ",";
     }

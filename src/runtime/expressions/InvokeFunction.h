@@ -13,8 +13,7 @@ class InvokeFunction final : public RuntimeObject, public RuntimeExecute {
 public:
     InvokeFunction(std::string name, std::vector<RuntimeObjectPtr> arguments)
         : name_(std::move(name)), arguments_(std::move(arguments))
-    {
-    }
+    {}
 
     // Evaluates the arguments left to right and calls: a callback held by a
     // local of that name first, else the engine's function table.

@@ -10,7 +10,8 @@ namespace {
 
 bool anyDynamic(const std::vector<RuntimeObjectPtr>& children)
 {
-    return std::any_of(children.begin(), children.end(), [](const RuntimeObjectPtr& child) { return child->isDynamic(); });
+    return std::any_of(children.begin(), children.end(),
+                       [](const RuntimeObjectPtr& child) { return child->isDynamic(); });
 }
 
 }  // namespace

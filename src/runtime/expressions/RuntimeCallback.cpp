@@ -43,8 +43,8 @@ RuntimeCallback::RuntimeCallback(const Value& node)
 
 Value RuntimeCallback::value(const LocalScope& scope, const EngineRef& engine)
 {
-    auto callable = std::make_shared<ValueCallback>(
-        [definition = definition_, scope, engine](std::vector<Value>&& args) {
+    auto callable =
+        std::make_shared<ValueCallback>([definition = definition_, scope, engine](std::vector<Value>&& args) {
             return runCallback(*definition, scope, engine, std::move(args));
         });
     return Value(std::move(callable));

@@ -11,8 +11,7 @@ CustomFunction::CustomFunction(std::string name, std::vector<std::string> parame
       defaultArgs_(std::move(defaultArgs)),
       body_(std::move(body)),
       scope_(makeLocalScope())
-{
-}
+{}
 
 CustomFunction::~CustomFunction()
 {

@@ -13,8 +13,7 @@ class Condition final : public RuntimeExecute {
 public:
     Condition(std::vector<RuntimeObjectPtr> conditions, std::vector<StatementList> branches)
         : conditions_(std::move(conditions)), branches_(std::move(branches))
-    {
-    }
+    {}
     Value execute(const LocalScope& scope, const EngineRef& engine) override;
 
 private:

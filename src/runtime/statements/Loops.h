@@ -15,8 +15,7 @@ class While final : public RuntimeExecute {
 public:
     While(bool isDoWhile, RuntimeObjectPtr condition, StatementList body)
         : isDoWhile_(isDoWhile), condition_(std::move(condition)), body_(std::move(body))
-    {
-    }
+    {}
     Value execute(const LocalScope& scope, const EngineRef& engine) override;
 
 private:
@@ -36,8 +35,7 @@ public:
           endIndex_(std::move(endIndex)),
           index_(std::move(index)),
           body_(std::move(body))
-    {
-    }
+    {}
     Value execute(const LocalScope& scope, const EngineRef& engine) override;
 
 private:
@@ -53,8 +51,7 @@ class ForOf final : public RuntimeExecute {
 public:
     ForOf(RuntimeObjectPtr target, std::string index, std::string item, StatementList body)
         : target_(std::move(target)), index_(std::move(index)), item_(std::move(item)), body_(std::move(body))
-    {
-    }
+    {}
     Value execute(const LocalScope& scope, const EngineRef& engine) override;
 
 private:

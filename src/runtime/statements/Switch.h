@@ -18,8 +18,7 @@ public:
           cases_(std::move(cases)),
           bodies_(std::move(bodies)),
           defaultBody_(std::move(defaultBody))
-    {
-    }
+    {}
     Value execute(const LocalScope& scope, const EngineRef& engine) override;
 
 private:
