@@ -21,7 +21,7 @@ TEST(ForRenderNode, BuildsOneItemPerEntryFromTheFirstTemplateWithHashIds)
     card.setData(R"({"items": ["x", "y", "z"]})");
     ViewRenderNode& list = card.build();
     EXPECT_EQ(RenderCard::childIds(list), (Ids{"cell#0", "cell#1", "cell#2"}));
-    EXPECT_EQ(card.as<Mero::TextRenderNode>("cell#2").text(), "z");
+    EXPECT_EQ(static_cast<Mero::TextRenderNode&>(*card.find("cell#2")).text(), "z");
     EXPECT_EQ(card.find("cell#1")->parent, &list);
     EXPECT_EQ(YGNodeGetChildCount(list.yogaNode), 3U);
 }
@@ -80,7 +80,7 @@ TEST(SwiperRenderNode, PagesAreLaidOutAtTheSwipersSizeOutsideItsYogaTree)
 {
     RenderCard card(swiperCard);
     card.start();
-    auto& swiper = card.as<Mero::SwiperRenderNode>("swiper");
+    auto& swiper = static_cast<Mero::SwiperRenderNode&>(*card.find("swiper"));
     ASSERT_EQ(RenderCard::childIds(swiper), (Ids{"page#0", "page#1"}));
     ASSERT_EQ(YGNodeGetChildCount(swiper.yogaNode), 1U);
     EXPECT_EQ(YGNodeGetChild(swiper.yogaNode, 0), swiper.pageYogaNode);
@@ -100,7 +100,7 @@ TEST(SwiperRenderNode, TogglingPagesNeverTouchesTheSwipersYogaTree)
 {
     RenderCard card(swiperCard);
     card.start();
-    auto& swiper = card.as<Mero::SwiperRenderNode>("swiper");
+    auto& swiper = static_cast<Mero::SwiperRenderNode&>(*card.find("swiper"));
     for (int round = 0; round < 3; ++round) {
         card.set("show", "false");
         card.set("show", "true");

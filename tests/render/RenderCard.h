@@ -160,12 +160,6 @@ public:
         return found;
     }
 
-    template <typename Node>
-    Node& as(std::string_view id)
-    {
-        return dynamic_cast<Node&>(*find(id));
-    }
-
     static const std::vector<Mero::RenderNodePtr>& childrenOf(Mero::ViewRenderNode& node)
     {
         static const std::vector<Mero::RenderNodePtr> none;

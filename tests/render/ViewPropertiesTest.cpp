@@ -37,12 +37,6 @@ YGValue whole(YGNodeConstRef node, YGEdge)
     return Get(node);
 }
 
-template <float (*Get)(YGNodeConstRef)>
-YGValue number(YGNodeConstRef node, YGEdge)
-{
-    return {Get(node), YGUnitPoint};
-}
-
 YGValue border(YGNodeConstRef node, YGEdge edge)
 {
     return {YGNodeStyleGetBorder(node, edge), YGUnitPoint};
@@ -64,22 +58,15 @@ const YogaCase yogaCases[] = {
     {R"("width": {"sizeType": 4, "value": 100})", whole<YGNodeStyleGetWidth>, YGEdgeAll, "150pt"},
     {R"("width": {"sizeType": -1, "$": 3, "n": "size"})", whole<YGNodeStyleGetWidth>, YGEdgeAll, "auto"},
     {R"("height": {"sizeType": 6, "value": 10})", whole<YGNodeStyleGetHeight>, YGEdgeAll, "75pt"},
-    {R"("minWidth": {"sizeType": 1, "value": 10})", whole<YGNodeStyleGetMinWidth>, YGEdgeAll, "10pt"},
     {R"("minHeight": {"sizeType": 3})", whole<YGNodeStyleGetMinHeight>, YGEdgeAll, "undefined"},
     {R"("maxHeight": {"sizeType": 2, "value": 80})", whole<YGNodeStyleGetMaxHeight>, YGEdgeAll, "80%"},
     {R"("marginLeft": {"sizeType": 1, "value": 1})", YGNodeStyleGetMargin, YGEdgeLeft, "1pt"},
     {R"("marginTop": {"sizeType": 2, "value": 2})", YGNodeStyleGetMargin, YGEdgeTop, "2%"},
-    {R"("marginBottom": {"sizeType": 1, "value": 4})", YGNodeStyleGetMargin, YGEdgeBottom, "4pt"},
-    {R"("marginLeft": {"sizeType": 3})", YGNodeStyleGetMargin, YGEdgeLeft, "undefined"},
     {R"("paddingTop": {"sizeType": 2, "value": 6})", YGNodeStyleGetPadding, YGEdgeTop, "6%"},
     {R"("top": {"sizeType": 2, "value": 10})", YGNodeStyleGetPosition, YGEdgeTop, "10%"},
     {R"("bottom": {"sizeType": 3})", YGNodeStyleGetPosition, YGEdgeBottom, "undefined"},
     {R"("borderLeft": {"sizeType": 1, "value": 1})", border, YGEdgeLeft, "1pt"},
     {R"("borderTop": {"sizeType": 2, "value": 50})", border, YGEdgeTop, "undefined"},
-    {"", whole<YGNodeStyleGetFlexBasis>, YGEdgeAll, "auto"},
-    {"", number<YGNodeStyleGetFlexGrow>, YGEdgeAll, "0pt"},
-    {R"("flexGrow": 2)", number<YGNodeStyleGetFlexGrow>, YGEdgeAll, "2pt"},
-    {R"("flexShrink": 0.5)", number<YGNodeStyleGetFlexShrink>, YGEdgeAll, "0.5pt"},
 };
 // clang-format on
 
@@ -94,7 +81,6 @@ TEST(ViewLayoutProperties, EachReachesYogaInItsUnit)
     }
     // Position numbers are the template's, not Yoga's.
     const std::pair<const char*, YGPositionType> positions[] = {
-        {"", YGPositionTypeRelative},
         {R"("position": 1)", YGPositionTypeAbsolute},
         {R"("position": 2)", YGPositionTypeStatic},
         {R"("position": 7)", YGPositionTypeRelative},
@@ -144,11 +130,9 @@ TEST(ViewStyleProperties, EachRowQueuesItsIdPlainOrUnderItsTransitionKey)
         const char* transitionKey;  // the key whose entry animates it; null: never
     };
     const Row rows[] = {
-        {"cornerLeftTop", 16, nullptr},    {"cornerRightTop", 17, nullptr},   {"cornerRightBottom", 18, nullptr},
-        {"cornerLeftBottom", 19, nullptr}, {"opacity", 8, "opacity"},         {"scaleX", 9, "transform"},
-        {"scaleY", 10, "transform"},       {"anchorPointX", 11, "transform"}, {"anchorPointY", 12, "transform"},
-        {"rotationX", 13, "transform"},    {"rotationY", 14, "transform"},    {"rotationZ", 15, "transform"},
-        {"translateX", 36, "transform"},   {"translateY", 37, "transform"},
+        {"cornerLeftTop", 16, nullptr},
+        {"opacity", 8, "opacity"},
+        {"translateX", 36, "transform"},
     };
     for (const Row& row : rows) {
         const std::string key = row.key;

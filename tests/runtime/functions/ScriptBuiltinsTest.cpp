@@ -30,19 +30,6 @@ TEST(BuiltinRegistry, aTemplateFunctionKeepsTheKeyItTookAndRegisteringAgainRepla
     EXPECT_EQ(card.engine->functionTable.at("k").get(), before);
 }
 
-TEST(ScriptBuiltins, anIncrementFunctionWithADefaultStep)
-{
-    TemplateHarness card(R"({"variables": {"count": 0},
-        "functions": [{"n": "inc", "a": ["step"], "defaultArgs": [1], "b": [{"$": 4, "n": "count",
-            "value": {"$": 5, "n": "1", "a": [[0], [{"$": 3, "n": "count"}, {"$": 1, "n": "step"}]]}}]}],
-        "events": [{"n": "tap", "a": [], "b": [{"$": 5, "n": "inc", "a": []}]}]})");
-    DebugModeScope quiet(false);
-    card.send("tap");
-    card.send("tap");
-    card.call("inc", {Value(10)});
-    EXPECT_EQ(canonicalJson(card.ui("count")), "12");
-}
-
 TEST(ScriptBuiltins, pushAndJsonSetChangeTheEnginesOwnVariablesAndDataInPlace)
 {
     TemplateHarness card(R"({"variables": {"list": [1, 2]}})");
