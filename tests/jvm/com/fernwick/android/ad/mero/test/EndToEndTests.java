@@ -21,13 +21,8 @@ import java.util.stream.Stream;
 public final class EndToEndTests {
     private EndToEndTests() {}
 
-    interface Case {
-        void run() throws Exception;
-    }
-
-    interface Step {
-        void on(RecordingHost card) throws Exception;
-    }
+    interface Case { void run() throws Exception; }
+    interface Step { void on(RecordingHost card) throws Exception; }
 
     record Run(int exitCode, String stdout, String stderr) {}
 
@@ -35,6 +30,8 @@ public final class EndToEndTests {
     private static int cases;
     private static String current = "";
     private static int nextHandle = 1;
+    private static final String WITH_HOST =
+            System.getProperty("mero.hostClasses") + ":" + System.getProperty("mero.testClasses");
 
     public static void main(String[] args) throws Exception {
         System.load(System.getProperty("mero.library"));
@@ -287,13 +284,13 @@ public final class EndToEndTests {
     }
 
     private static void debugModeFailsFast() throws Exception {
-        Run run = child(withHost(), EndToEndTests.class.getName(), "debugMode");
+        Run run = child(WITH_HOST, EndToEndTests.class.getName(), "debugMode");
         equal("started", run.stdout.strip(), "the card ran up to the fault and no further");
         equal(true, run.exitCode != 0, "the process ended abnormally: " + run.exitCode);
     }
 
     private static void logLines() throws Exception {
-        Run run = child(withHost(), EndToEndTests.class.getName(), "logLines");
+        Run run = child(WITH_HOST, EndToEndTests.class.getName(), "logLines");
         equal(0, run.exitCode, "probe exit code; stderr: " + run.stderr);
         List<String> expected = new ArrayList<>(Stream.of("initMREngine", "updateEnv", "setScreenWidth", "loadTemplate",
                 "setData", "initContainerSize", "initNode", "triggerInitEvent", "applyLayout", "createComponentTree",
@@ -357,10 +354,6 @@ public final class EndToEndTests {
                 System.out.println("failed " + error.getClass().getName());
             }
         }
-    }
-
-    private static String withHost() {
-        return System.getProperty("mero.hostClasses") + ":" + System.getProperty("mero.testClasses");
     }
 
     /** Runs mainClass in a child JVM with this one's library; a crash leaves no core and no error file behind. */

@@ -6,17 +6,12 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * 1,000 cards alive at once in one JVM, each driven through events, a click,
- * a timer and a bridge answer, then all released, round after round.
- *
- * <p>Memory is the process's resident set (VmRSS). The test runs with a
- * fixed, pre-touched Java heap (-Xms = -Xmx, -XX:+AlwaysPreTouch), so what
- * moves is native memory (the engine's, plus the JIT's). Two rounds warm the
- * allocator and the JIT and set the baseline; after three more the resident
- * set must be back within 8 MiB of it. Keeping every card would add about
- * 20 MiB per round, and a leak of a few KiB per card shows within the three
- * rounds; the margin absorbs the allocator's and the JIT's own drift, which
- * has been seen up to about 6 MiB on a busy machine.
+ * 1,000 cards alive at once, each driven through events, a click, a timer and
+ * a bridge answer, then all released, round after round. With a fixed,
+ * pre-touched Java heap the resident set (VmRSS) follows native memory: after
+ * two warm-up rounds set the baseline, three more must leave it within 8 MiB
+ * (keeping every card adds about 20 MiB a round; the margin is the allocator's
+ * and the JIT's own drift, seen up to about 6 MiB).
  */
 public final class StressTest {
     private StressTest() {}
