@@ -47,6 +47,9 @@ TextContent TextRenderNode::measureRequest(float width, YGMeasureMode widthMode,
     content.textInterval = textInterval();
     content.maxLines = truncateToInt32(maxLines());
     content.fontWeight = truncateToInt32(fontWeight());
+    // The host measures with the font it will draw, and the record's own
+    // fontWeight never reaches it, so the weight rides in the style integer.
+    content.textStyle = content.fontWeight;
     return content;
 }
 

@@ -27,7 +27,7 @@ struct TextContent {
     double lineHeight = 0.0;
     double textInterval = 0.0;
     int32_t maxLines = 0;
-    int32_t textStyle = 0;   // the further style integer sent beside maxLines
+    int32_t textStyle = 0;   // sent beside maxLines: the text's font weight (see TextRenderNode)
     int32_t fontWeight = 0;  // travels in the record, not sent to the host
     int32_t reserved = 0;
 };

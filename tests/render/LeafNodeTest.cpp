@@ -30,8 +30,9 @@ TEST(TextRenderNode, MeasuresThroughTheHostWithItsStyle)
     card.layout();
     ASSERT_EQ(card.measured.size(), 1U);
     const Mero::TextContent& asked = card.measured[0];
-    EXPECT_EQ(std::tuple(*asked.text, asked.fontSize, asked.lineHeight, asked.maxLines, asked.fontWeight),
-              std::tuple(std::string("Hi"), 24.0, 20.0, 2, 400));
+    EXPECT_EQ(std::tuple(*asked.text, asked.fontSize, asked.lineHeight, asked.maxLines, asked.fontWeight,
+                         asked.textStyle),
+              std::tuple(std::string("Hi"), 24.0, 20.0, 2, 400, 400));
     EXPECT_EQ(asked.width, 750.0);
     EXPECT_EQ(asked.widthMode, YGMeasureModeAtMost);
     EXPECT_EQ(card.find("t")->layout.width, 120.0);
