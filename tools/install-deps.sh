@@ -10,7 +10,8 @@ tools=(
   make:make cmake:cmake ninja:ninja-build g++:g++ git:git
   javac:openjdk-17-jdk-headless npm:npm
 )
-libraries=(libgtest-dev libbenchmark-dev rapidjson-dev libsimdjson-dev)
+# The card previewer measures and draws text with the DejaVu fonts.
+libraries=(libgtest-dev libbenchmark-dev rapidjson-dev libsimdjson-dev fonts-dejavu-core fonts-dejavu-extra fontconfig)
 
 missing=()
 for entry in "${tools[@]}"; do
