@@ -2,6 +2,9 @@ package com.fernwick.android.ad.mero.test;
 
 import static java.nio.charset.StandardCharsets.UTF_8;
 
+import static com.fernwick.android.ad.mero.test.Checks.check;
+import static com.fernwick.android.ad.mero.test.Checks.equal;
+
 import com.fernwick.android.ad.mero.components.GradientInfo;
 
 import java.nio.file.Files;
@@ -9,7 +12,6 @@ import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.List;
-import java.util.Objects;
 import java.util.StringJoiner;
 import java.util.stream.Stream;
 
@@ -21,14 +23,10 @@ import java.util.stream.Stream;
 public final class EndToEndTests {
     private EndToEndTests() {}
 
-    interface Case { void run() throws Exception; }
     interface Step { void on(RecordingHost card) throws Exception; }
 
     record Run(int exitCode, String stdout, String stderr) {}
 
-    private static final List<String> failures = new ArrayList<>();
-    private static int cases;
-    private static String current = "";
     private static int nextHandle = 1;
     private static final String WITH_HOST =
             System.getProperty("mero.hostClasses") + ":" + System.getProperty("mero.testClasses");
@@ -140,29 +138,7 @@ public final class EndToEndTests {
         check("bridge and log lines reach standard error", EndToEndTests::logLines);
         check("loading fails without the host class or with a mismatched native", EndToEndTests::loadRefused);
 
-        for (String failure : failures) {
-            System.out.println("FAILED " + failure);
-        }
-        System.out.println(cases + " cases, " + failures.size() + " failures");
-        System.exit(failures.isEmpty() ? 0 : 1);
-    }
-
-    static void check(String name, Case body) {
-        cases++;
-        current = name;
-        int before = failures.size();
-        try {
-            body.run();
-        } catch (Throwable error) {
-            failures.add(name + ": threw " + error);
-        }
-        System.out.println((failures.size() == before ? "PASS " : "FAIL ") + name);
-    }
-
-    static void equal(Object expected, Object actual, String what) {
-        if (!Objects.equals(expected, actual)) {
-            failures.add(current + ": " + what + "\n    expected: " + expected + "\n    actual:   " + actual);
-        }
+        Checks.finish();
     }
 
     /** A fresh card of template; after it is shown, step's host calls must be exactly the expected ones. */
