@@ -7,10 +7,11 @@ BUILD       ?= build
 ASAN_BUILD  ?= build-asan
 FUZZ_BUILD  ?= build-fuzz
 FUZZ_SECONDS ?= 60
+DEMO_OUT    ?= out
 CMAKE_ARGS  ?=
 GENERATOR   := $(if $(shell command -v ninja 2>/dev/null),-G Ninja,)
 
-.PHONY: all deps build test test-unit test-asan bench fuzz format lint clean
+.PHONY: all deps build demo preview goldens test test-unit test-asan bench fuzz format lint clean
 
 all: build
 
@@ -30,6 +31,23 @@ $(FUZZ_BUILD)/CMakeCache.txt:
 
 build: deps $(BUILD)/CMakeCache.txt
 	cmake --build $(BUILD) -j $(JOBS)
+
+# Only what the previewer needs: the library and the Java host.
+preview: deps $(BUILD)/CMakeCache.txt
+	cmake --build $(BUILD) --target mero mero_preview -j $(JOBS)
+
+# Renders every example card to $(DEMO_OUT)/<card>/ (pictures and trees).
+demo: preview
+	@MERO_BUILD=$(abspath $(BUILD)) bash tools/render-examples.sh $(DEMO_OUT)
+
+# Renders every example again and replaces the golden trees of the snapshot
+# tests; review `git diff tests/preview/golden` before committing.
+goldens: preview
+	@MERO_BUILD=$(abspath $(BUILD)) bash tools/render-examples.sh $(BUILD)/goldens
+	@for folder in $(BUILD)/goldens/*/; do \
+	  card=$$(basename $$folder); rm -rf tests/preview/golden/$$card; mkdir -p tests/preview/golden/$$card; \
+	  cp $$folder/*.tree.json tests/preview/golden/$$card/; \
+	done
 
 test: deps
 	$(MAKE) test-unit
@@ -62,4 +80,4 @@ lint: build
 	git ls-files 'src/*.cpp' | xargs clang-tidy -p $(BUILD) --quiet
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) $(DEMO_OUT)
