@@ -184,7 +184,8 @@ public final class Json {
         Double number() {
             int start = at;
             take('-');
-            if (!digits()) {
+            // No leading zeros: "01" is not a number.
+            if (!take('0') && !digits()) {
                 throw error("expected a digit");
             }
             if (take('.') && !digits()) {

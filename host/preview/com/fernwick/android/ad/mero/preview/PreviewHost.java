@@ -56,8 +56,31 @@ public class PreviewHost extends MeroNative {
     /** The card's root view; null while the card shows nothing. */
     public ViewNode root() { return root; }
 
-    /** Sets the view that createComponentTree returned as the card's root. */
-    public void showRoot(MRComponent component) { root = PreviewComponent.nodeOf(component); }
+    /**
+     * Shows a card: the set-up natives in the order the engine needs them, the
+     * container width exact and the height exact or (null) as tall as the
+     * content, then the images that loaded marked dirty. The engine reports
+     * faults to its log (logEnabled) and goes on (debugMode off), as in a
+     * release app.
+     */
+    public void showCard(String template, String data, int width, Integer height) {
+        initMREngine(handle, true, false);
+        updateEnv(handle);
+        setScreenWidth(handle, width);
+        loadTemplate(handle, template);
+        setData(handle, data, "{}");
+        initContainerSize(handle, width, height == null ? 0 : height, 1, height == null ? 0 : 1);
+        initNode(handle);
+        triggerInitEvent(handle);
+        applyLayout(handle);
+        root = PreviewComponent.nodeOf(createComponentTree(handle));
+        settle();
+    }
+
+    /** A new container size; the scale stays the one the first width gave, as when a card's view is resized. */
+    public void resize(int width, Integer height) {
+        updateLayout(handle, width, height == null ? 0 : height, 1, height == null ? 0 : 1);
+    }
 
     /** The animations played since the last call. */
     public List<Animation> takeAnimations() {

@@ -52,8 +52,8 @@ public final class PreviewSession {
     private void run(List<Scenario.Step> steps) throws Exception {
         clearOldSteps();
         mark(0);
-        start(Preview.read(options.template(), "template"),
-                options.data() == null ? "{}" : Preview.read(options.data(), "data file"));
+        host.showCard(Preview.read(options.template(), "template"),
+                options.data() == null ? "{}" : Preview.read(options.data(), "data file"), width, height);
         snapshot(0, "first layout", null);
         for (int i = 0; i < steps.size(); i++) {
             Scenario.Step step = steps.get(i);
@@ -63,21 +63,6 @@ public final class PreviewSession {
             snapshot(i + 1, step.action().describe(), step.note());
         }
         host.releaseInstance(HANDLE);
-    }
-
-    /** The set-up natives in the order the engine needs them; errors are logged, never thrown. */
-    private void start(String template, String data) {
-        host.initMREngine(HANDLE, true, false);
-        host.updateEnv(HANDLE);
-        host.setScreenWidth(HANDLE, width);
-        host.loadTemplate(HANDLE, template);
-        host.setData(HANDLE, data, "{}");
-        host.initContainerSize(HANDLE, width, height == null ? 0 : height, 1, height == null ? 0 : 1);
-        host.initNode(HANDLE);
-        host.triggerInitEvent(HANDLE);
-        host.applyLayout(HANDLE);
-        host.showRoot(host.createComponentTree(HANDLE));
-        host.settle();
     }
 
     private void perform(int step, Scenario.Action action) {
@@ -91,10 +76,9 @@ public final class PreviewSession {
         } else if (action instanceof Scenario.Swipe swipe) {
             swipe(step, swipe);
         } else if (action instanceof Scenario.Resize resize) {
-            // The scale stays the one the first width gave, as on a device whose card view changes size.
             width = resize.width();
             height = resize.height();
-            host.updateLayout(HANDLE, width, height == null ? 0 : height, 1, height == null ? 0 : 1);
+            host.resize(width, height);
         }
     }
 
