@@ -11,10 +11,13 @@ import com.fernwick.android.ad.mero.preview.TreeWriter;
 import com.fernwick.android.ad.mero.preview.ViewNode;
 import com.fernwick.android.ad.mero.preview.VirtualClock;
 
+import java.awt.image.BufferedImage;
+import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Map;
+import javax.imageio.ImageIO;
 
 /**
  * The previewer's own host logic that the example cards' snapshots do not
@@ -53,6 +56,12 @@ public final class PreviewHostTests {
         check("bridge replies go in order and the last repeats; delayMs answers on the clock",
                 PreviewHostTests::bridgeReplies);
         check("malformed bridge fixtures say what is wrong", PreviewHostTests::badFixtures);
+        check("an autoplay swiper turns a page every interval and reports it; only a circular one wraps",
+                PreviewHostTests::swiperAutoplay);
+        check("a loaded image sizes its view through markDirty; a missing file leaves none",
+                PreviewHostTests::images);
+        check("measured text: the offered size when exact, at most the bound, else whole pixels",
+                PreviewHostTests::measureModes);
         check("a download reply with a package moves only that package's buttons", PreviewHostTests::downloadModel);
         check("JSON text reads and writes back; errors name line and column", PreviewHostTests::jsonRoundTrip);
         check("tree numbers: whole without a fraction, others rounded half up to 2 decimals",
@@ -138,6 +147,57 @@ public final class PreviewHostTests {
             }
             equal(row[1], message, row[0]);
         }
+    }
+
+    private static void swiperAutoplay() throws Exception {
+        String swiper = """
+            {"$": 8, "nodeId": "ID", "list": ["a", "b", "c"], "item": "item", "autoplay": true, "interval": 1000,
+             "circular": CIRCULAR, "onSwiperChange": "changed", "width": {"sizeType": 1, "value": 300},
+             "height": {"sizeType": 1, "value": 100}, "children": [{"$": 4, "nodeId": "page", "text": "p"}]}
+            """;
+        PreviewHost card = card("""
+            {"variables": {"last": "-"}, "elements": {"$": 3, "nodeId": "root", "children": [
+              ROUND, ONCE, {"$": 4, "nodeId": "last", "text": {"$": 3, "n": "last"}}]},
+             "events": [{"n": "changed", "a": ["e"], "b": [{"$": 4, "n": "last", "value": {"$": 1, "n": "e"}}]}]}
+            """.replace("ROUND", swiper.replace("ID", "round").replace("CIRCULAR", "true"))
+                .replace("ONCE", swiper.replace("ID", "once").replace("CIRCULAR", "false")), BridgeFixture.empty());
+        List<String> pages = new ArrayList<>();
+        for (int second = 0; second <= 3; second++) {
+            card.clock().advance(second == 0 ? 0 : 1000);
+            pages.add(card.find("round").currentPage + "/" + card.find("once").currentPage);
+        }
+        equal(List.of("0/0", "1/1", "2/2", "0/2"), pages, "pages at 0, 1, 2 and 3 s");
+        equal("{\"detail\":{\"current\":0}}", card.find("last").text(PropertyTable.TEXT), "the last turn reported");
+        card.releaseInstance(card.handle());
+    }
+
+    private static void images() throws Exception {
+        Path folder = Files.createTempDirectory("mero-preview-images");
+        ImageIO.write(new BufferedImage(40, 20, BufferedImage.TYPE_INT_ARGB), "png", folder.resolve("pic.png").toFile());
+        PreviewHost card = new PreviewHost(nextHandle++, new VirtualClock(), BridgeFixture.empty(), folder);
+        card.showCard("""
+            {"variables": {"src": "pic.png"}, "elements": {"$": 3, "nodeId": "root", "children": [
+              {"$": 5, "nodeId": "pic", "src": {"$": 3, "n": "src"}, "width": {"sizeType": 1, "value": 100}}]},
+             "events": [{"n": "swap", "a": [], "b": [{"$": 4, "n": "src", "value": "missing.png"}]}]}
+            """, "{}", 750, null);
+        ViewNode pic = card.find("pic");
+        equal("40.0x20.0 100.0x50.0", pic.naturalWidth + "x" + pic.naturalHeight + " " + pic.width() + "x"
+                + pic.height(), "content size, then the view's frame at its aspect ratio");
+        card.sendEvent(card.handle(), "swap", "");
+        equal("null 0.0", (pic.image == null ? "null" : "image") + " " + pic.naturalWidth, "after a missing file");
+        card.releaseInstance(card.handle());
+        Files.delete(folder.resolve("pic.png"));
+        Files.delete(folder);
+    }
+
+    private static void measureModes() {
+        PreviewHost host = new PreviewHost(0, new VirtualClock(), BridgeFixture.empty(), Path.of("."));
+        float[] exact = host.measureText("Hello there", 24, 0, 0, 0, 0, 333.5f, 1, 40.25f, 1);
+        float[] bounded = host.measureText("Hello there", 24, 0, 0, 0, 0, 10, 2, 5, 2);
+        float[] free = host.measureText("Hello there", 24, 0, 0, 0, 0, 0, 0, 0, 0);
+        equal("333.5x40.25 10.0x5.0", exact[0] + "x" + exact[1] + " " + bounded[0] + "x" + bounded[1], "exact, at most");
+        equal(true, free[0] > 100 && free[0] == Math.floor(free[0]) && free[1] == Math.floor(free[1]),
+                "undefined: whole pixels, " + free[0] + "x" + free[1]);
     }
 
     private static void downloadModel() {
@@ -229,8 +289,12 @@ public final class PreviewHostTests {
 
     /** CARD shown 750 wide, as tall as its content, on a fresh handle. */
     private static PreviewHost card(BridgeFixture fixture) {
+        return card(CARD, fixture);
+    }
+
+    private static PreviewHost card(String template, BridgeFixture fixture) {
         PreviewHost card = new PreviewHost(nextHandle++, new VirtualClock(), fixture, Path.of("."));
-        card.showCard(CARD, "{}", 750, null);
+        card.showCard(template, "{}", 750, null);
         return card;
     }
 
