@@ -42,6 +42,8 @@ public class PreviewHost extends MeroNative {
     /** Images whose file loaded since the last markLoadedImagesDirty, by node id. */
     private final Set<String> loadedImages = new LinkedHashSet<>();
     private ViewNode root;
+    /** The last video timer request's duration; a card may start its schedule before its views exist. */
+    private Long videoDuration;
 
     public PreviewHost(int handle, VirtualClock clock, BridgeFixture bridge, Path templateFolder) {
         this.handle = handle;
@@ -165,6 +167,9 @@ public class PreviewHost extends MeroNative {
             node.businessData = strings[PropertyTable.SLOT_BUSINESS_DATA];
         }
         node.gradient = gradient;
+        if (type == 10) {
+            node.videoDuration = videoDuration;
+        }
         loadImageOf(node);
         MRComponent component = type == 8 ? new PreviewSwiperComponent(node, this) : new PreviewComponent(node);
         components.put(node, component);
@@ -294,6 +299,7 @@ public class PreviewHost extends MeroNative {
      */
     @Override
     public void startVideoTimerTask(long second, int first, int[] times, int[] ids) {
+        videoDuration = second;
         for (ViewNode video : nodesOfType(10)) {
             video.videoDuration = second;
         }
