@@ -54,16 +54,12 @@ public final class ViewNode {
         this.id = id;
     }
 
-    /** Stores a property value as the engine boxed it (null removes it). */
+    /** Stores a property value as the engine boxed it; null (a value the engine cannot box) is kept as null. */
     public void set(int propertyId, Object value) {
-        if (value == null) {
-            properties.remove(propertyId);
-        } else {
-            properties.put(propertyId, value);
-        }
+        properties.put(propertyId, value);
     }
 
-    /** The raw value, or null when absent. */
+    /** The raw value, or null when absent or null. */
     public Object value(int propertyId) {
         return properties.get(propertyId);
     }
