@@ -24,8 +24,11 @@ final class LeafPainter {
     private static final Color CUSTOM_FILL = new Color(0xF4F5F7);
     private static final Color CUSTOM_LINE = new Color(0xA9AFB8);
     private static final Color CUSTOM_TEXT = new Color(0x6B7280);
-    private static final Color DOT = new Color(255, 255, 255, 0x8C);
-    private static final Color DOT_OUTLINE = new Color(0, 0, 0, 0x59);
+    // Dark dots with light rings and a light dot with a dark ring: each reads on light and dark pages alike.
+    private static final Color DOT = new Color(0, 0, 0, 0x47);
+    private static final Color DOT_RING = new Color(255, 255, 255, 0x8C);
+    private static final Color CURRENT_DOT = Color.WHITE;
+    private static final Color CURRENT_DOT_RING = new Color(0, 0, 0, 0x73);
 
     /** images: the picture for a path property (src, poster) of a node, or null. */
     static void paint(Graphics2D g, ViewNode node, ViewBox box, Function<Integer, BufferedImage> images) {
@@ -74,7 +77,8 @@ final class LeafPainter {
         label.draw(g, 4, (box.height - label.height()) / 2, box.width - 8, TextBlock.ALIGN_CENTER);
     }
 
-    /** One dot per page, centred along the bottom; the current one solid white with a thin dark ring. */
+    /** One dot per page, centred along the bottom; the current one solid white with a thin dark ring, the rest
+     *  translucent dark with a thin light ring. */
     static void paintPageDots(Graphics2D g, int pages, int current, ViewBox box) {
         if (pages < 2) {
             return;
@@ -84,13 +88,11 @@ final class LeafPainter {
         float top = box.height - dot * 2;
         for (int page = 0; page < pages; page++) {
             Ellipse2D.Float disc = new Ellipse2D.Float(left + page * dot * 2, top, dot, dot);
-            g.setColor(page == current ? Color.WHITE : DOT);
+            g.setColor(page == current ? CURRENT_DOT : DOT);
             g.fill(disc);
-            if (page == current) {
-                g.setColor(DOT_OUTLINE);
-                g.setStroke(new BasicStroke(1f));
-                g.draw(disc);
-            }
+            g.setColor(page == current ? CURRENT_DOT_RING : DOT_RING);
+            g.setStroke(new BasicStroke(1f));
+            g.draw(disc);
         }
     }
 }
