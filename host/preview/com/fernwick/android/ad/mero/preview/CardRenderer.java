@@ -136,7 +136,7 @@ public final class CardRenderer {
             for (ViewNode child : shownChildren(node)) {
                 paintNode(inside, child);
             }
-            if (node.type == LeafPainter.SWIPER) {
+            if (node.type == LeafPainter.TYPE_SWIPER) {
                 LeafPainter.paintPageDots(inside, node.children.size(), node.currentPage, box);
             }
         } finally {
@@ -150,7 +150,7 @@ public final class CardRenderer {
 
     /** A swiper shows only its current page (a page out of range shows none); other views all children. */
     private static List<ViewNode> shownChildren(ViewNode node) {
-        if (node.type != LeafPainter.SWIPER) {
+        if (node.type != LeafPainter.TYPE_SWIPER) {
             return node.children;
         }
         int page = node.currentPage;

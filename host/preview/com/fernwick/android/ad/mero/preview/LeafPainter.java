@@ -18,7 +18,9 @@ import java.util.function.Function;
 final class LeafPainter {
     private LeafPainter() {}
 
-    static final int TEXT = 4, IMAGE = 5, DOWNLOAD = 6, RATING = 7, SWIPER = 8, CUSTOM = 9, VIDEO = 10, BLUR = 11;
+    /** Component type codes. */
+    static final int TYPE_TEXT = 4, TYPE_IMAGE = 5, TYPE_DOWNLOAD = 6, TYPE_RATING = 7, TYPE_SWIPER = 8,
+            TYPE_CUSTOM = 9, TYPE_VIDEO = 10, TYPE_BLUR = 11;
 
     private static final float DEFAULT_VEIL = 0.6f;
     private static final Color CUSTOM_FILL = new Color(0xF4F5F7);
@@ -33,13 +35,14 @@ final class LeafPainter {
     /** images: the picture for a path property (src, poster) of a node, or null. */
     static void paint(Graphics2D g, ViewNode node, ViewBox box, Function<Integer, BufferedImage> images) {
         switch (node.type) {
-            case TEXT -> paintText(g, node, box);
-            case IMAGE -> ImagePainter.paintImage(g, images.apply(SRC), (int) node.number(SCALE_MODE), box.content);
-            case DOWNLOAD -> DownloadButtonPainter.paint(g, node, box);
-            case RATING -> RatingPainter.paint(g, node, box);
-            case CUSTOM -> paintCustom(g, node, box);
-            case VIDEO -> ImagePainter.paintVideo(g, images.apply(POSTER), box.content);
-            case BLUR -> paintVeil(g, node, box);
+            case TYPE_TEXT -> paintText(g, node, box);
+            case TYPE_IMAGE -> ImagePainter.paintImage(g, images.apply(SRC), (int) node.number(SCALE_MODE),
+                    box.content);
+            case TYPE_DOWNLOAD -> DownloadButtonPainter.paint(g, node, box);
+            case TYPE_RATING -> RatingPainter.paint(g, node, box);
+            case TYPE_CUSTOM -> paintCustom(g, node, box);
+            case TYPE_VIDEO -> ImagePainter.paintVideo(g, images.apply(POSTER), box.content);
+            case TYPE_BLUR -> paintVeil(g, node, box);
             default -> { }
         }
     }
@@ -47,7 +50,7 @@ final class LeafPainter {
     /** Lines from the top of the content area, wrapped to its width: the measure the layout was given. */
     private static void paintText(Graphics2D g, ViewNode node, ViewBox box) {
         Rectangle2D.Float area = box.content;
-        TextBlock block = TextBlock.layout(node.text(PropertyTable.TEXT), node.number(FONT_SIZE),
+        TextBlock block = TextBlock.layout(node.text(TEXT), node.number(FONT_SIZE),
                 (int) node.number(FONT_WEIGHT), (int) node.number(MAX_LINES), node.number(LINE_HEIGHT),
                 node.number(TEXT_INTERVAL), area.width);
         g.setColor(node.has(TEXT_COLOR) ? Colors.parse(node.text(TEXT_COLOR)) : Color.BLACK);
