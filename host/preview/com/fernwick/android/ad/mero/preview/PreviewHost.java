@@ -8,14 +8,13 @@ import java.awt.image.BufferedImage;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
-import java.util.ArrayDeque;
 import java.util.ArrayList;
-import java.util.Deque;
 import java.util.IdentityHashMap;
 import java.util.LinkedHashSet;
 import java.util.List;
 import java.util.Map;
 import java.util.Set;
+import java.util.function.Consumer;
 import javax.imageio.ImageIO;
 
 /**
@@ -93,35 +92,23 @@ public class PreviewHost extends MeroNative {
 
     /** The node with this id: breadth-first from the root, first match, as the engine finds its nodes. */
     public ViewNode find(String componentId) {
-        Deque<ViewNode> queue = new ArrayDeque<>();
-        if (root != null) {
-            queue.add(root);
-        }
-        while (!queue.isEmpty()) {
-            ViewNode node = queue.poll();
-            if (node.id.equals(componentId)) {
-                return node;
-            }
-            queue.addAll(node.children);
-        }
-        return null;
+        return breadthFirst().stream().filter(node -> node.id.equals(componentId)).findFirst().orElse(null);
     }
 
     /** Every node of the tree of this type, in breadth-first order. */
     public List<ViewNode> nodesOfType(int type) {
-        List<ViewNode> found = new ArrayList<>();
-        Deque<ViewNode> queue = new ArrayDeque<>();
+        return breadthFirst().stream().filter(node -> node.type == type).toList();
+    }
+
+    private List<ViewNode> breadthFirst() {
+        List<ViewNode> nodes = new ArrayList<>();
         if (root != null) {
-            queue.add(root);
+            nodes.add(root);
         }
-        while (!queue.isEmpty()) {
-            ViewNode node = queue.poll();
-            if (node.type == type) {
-                found.add(node);
-            }
-            queue.addAll(node.children);
+        for (int i = 0; i < nodes.size(); i++) {
+            nodes.addAll(nodes.get(i).children);
         }
-        return found;
+        return nodes;
     }
 
     /**
@@ -328,7 +315,7 @@ public class PreviewHost extends MeroNative {
     }
 
     /** Answers from the fixture, inside the call (delay 0) or later on the clock; exactly once either way. */
-    private void answer(String method, java.util.function.Consumer<String> deliver) {
+    private void answer(String method, Consumer<String> deliver) {
         BridgeFixture.Reply reply = bridge.next(method);
         if (reply == null) {
             System.err.println("mero-preview: no bridge reply for " + method);
