@@ -28,6 +28,28 @@ public final class Preview {
 
     static final String USAGE = "usage: mero-preview TEMPLATE [--data FILE] [--width PX] [--height PX|auto]"
             + " [--scenario FILE] [--bridge FILE] [--out DIR] [--strict] [--verbose]";
+    static final String HELP = USAGE + """
+
+
+            Runs the card TEMPLATE on libmero and writes, into --out (default out/<template's folder>),
+            step-00.png and step-00.tree.json after the first layout, then one of each after every
+            scenario step.
+
+              --data FILE       business data JSON (default {})
+              --width PX        card width; templates are laid out on 750 units across (default 750)
+              --height PX|auto  picture and container height; auto follows the content (default auto)
+              --scenario FILE   JSON list of steps, each one action and an optional "note":
+                                {"click": ID}  {"event": NAME, "payload": JSON}  {"advance": MS}
+                                {"swipe": ID, "page": N}  {"resize": {"width": PX, "height": PX|"auto"}}
+              --bridge FILE     bridge replies by method: {"METHOD": {"reply": JSON, "delayMs": MS}};
+                                "replies": [JSON, ...] instead of "reply" are used in order, the last
+                                repeating; a reply with "downloadStatus" (and "progress", "packageName")
+                                moves the download buttons
+              --strict          exit 1 when the engine reported an error
+              --verbose         also show the engine's bridge log lines
+
+            Errors the engine reports are shown as "mero-preview: step-NN: message".
+            Exit status: 0 done, 1 session failed (or an error under --strict), 2 bad arguments or files.""";
     /** Lines the session writes to standard error for the launcher alone. */
     static final String MARKER = "mero-preview-marker ";
     static final String ERROR_PREFIX = "D/mero_log_cpp: ";
@@ -126,7 +148,7 @@ public final class Preview {
         System.setOut(new PrintStream(new FileOutputStream(FileDescriptor.out), true, UTF_8));
         System.setErr(new PrintStream(new FileOutputStream(FileDescriptor.err), true, UTF_8));
         if (args.length == 1 && (args[0].equals("--help") || args[0].equals("-h"))) {
-            System.out.println(USAGE);
+            System.out.println(HELP);
             return;
         }
         Options options;
