@@ -13,6 +13,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.function.Function;
 
 /**
  * The mero-preview command. It checks the arguments and every input file,
@@ -186,12 +187,10 @@ public final class Preview {
         }
     }
 
-    interface Parser { Object parse(String text); }
-
-    private static void parse(Path file, String what, Parser parser) throws UsageException {
+    private static void parse(Path file, String what, Function<String, ?> parser) throws UsageException {
         String text = read(file, what);
         try {
-            parser.parse(text);
+            parser.apply(text);
         } catch (IllegalArgumentException bad) {
             throw new UsageException(file + ": " + bad.getMessage());
         }
