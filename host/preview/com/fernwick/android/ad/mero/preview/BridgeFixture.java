@@ -109,7 +109,8 @@ public final class BridgeFixture {
                 return true;
             }
             try {
-                return Json.parse(businessData) instanceof Map<?, ?> data && packageName.equals(data.get("packageName"));
+                return Json.parse(businessData) instanceof Map<?, ?> data
+                        && packageName.equals(data.get("packageName"));
             } catch (Json.ParseException notJson) {
                 return false;
             }

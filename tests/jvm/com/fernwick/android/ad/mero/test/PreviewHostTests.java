@@ -7,6 +7,7 @@ import com.fernwick.android.ad.mero.preview.BridgeFixture;
 import com.fernwick.android.ad.mero.preview.Json;
 import com.fernwick.android.ad.mero.preview.PreviewHost;
 import com.fernwick.android.ad.mero.preview.PropertyTable;
+import com.fernwick.android.ad.mero.preview.Scenario;
 import com.fernwick.android.ad.mero.preview.TreeWriter;
 import com.fernwick.android.ad.mero.preview.ViewNode;
 import com.fernwick.android.ad.mero.preview.VirtualClock;
@@ -50,7 +51,8 @@ public final class PreviewHostTests {
 
     public static void main(String[] args) {
         System.load(System.getProperty("mero.library"));
-        check("the clock runs due jobs in time order, ties in scheduling order, new ones if due", PreviewHostTests::clock);
+        check("the clock runs due jobs in time order, ties in scheduling order, new ones if due",
+                PreviewHostTests::clock);
         check("video positions before the start never fire; the others fire at their distance from it",
                 PreviewHostTests::videoTimers);
         check("bridge replies go in order and the last repeats; delayMs answers on the clock",
@@ -63,6 +65,8 @@ public final class PreviewHostTests {
         check("measured text: the offered size when exact, at most the bound, else whole pixels",
                 PreviewHostTests::measureModes);
         check("a download reply with a package moves only that package's buttons", PreviewHostTests::downloadModel);
+        check("scenario steps read with their defaults; a bad step names itself and what is wrong",
+                PreviewHostTests::scenarios);
         check("JSON text reads and writes back; errors name line and column", PreviewHostTests::jsonRoundTrip);
         check("tree numbers: whole without a fraction, others rounded half up to 2 decimals",
                 PreviewHostTests::treeNumbers);
@@ -173,7 +177,8 @@ public final class PreviewHostTests {
 
     private static void images() throws Exception {
         Path folder = Files.createTempDirectory("mero-preview-images");
-        ImageIO.write(new BufferedImage(40, 20, BufferedImage.TYPE_INT_ARGB), "png", folder.resolve("pic.png").toFile());
+        BufferedImage picture = new BufferedImage(40, 20, BufferedImage.TYPE_INT_ARGB);
+        ImageIO.write(picture, "png", folder.resolve("pic.png").toFile());
         PreviewHost card = new PreviewHost(nextHandle++, new VirtualClock(), BridgeFixture.empty(), folder);
         card.showCard("""
             {"variables": {"src": "pic.png"}, "elements": {"$": 3, "nodeId": "root", "children": [
@@ -195,7 +200,8 @@ public final class PreviewHostTests {
         float[] exact = host.measureText("Hello there", 24, 0, 0, 0, 0, 333.5f, 1, 40.25f, 1);
         float[] bounded = host.measureText("Hello there", 24, 0, 0, 0, 0, 10, 2, 5, 2);
         float[] free = host.measureText("Hello there", 24, 0, 0, 0, 0, 0, 0, 0, 0);
-        equal("333.5x40.25 10.0x5.0", exact[0] + "x" + exact[1] + " " + bounded[0] + "x" + bounded[1], "exact, at most");
+        equal("333.5x40.25 10.0x5.0", exact[0] + "x" + exact[1] + " " + bounded[0] + "x" + bounded[1],
+                "exact, at most");
         equal(true, free[0] > 100 && free[0] == Math.floor(free[0]) && free[1] == Math.floor(free[1]),
                 "undefined: whole pixels, " + free[0] + "x" + free[1]);
     }
@@ -213,6 +219,42 @@ public final class PreviewHostTests {
         everyButton.applyTo(button);
         equal("paused 30.0", button.downloadState + " " + button.downloadProgress, "no progress keeps the last");
         equal(null, BridgeFixture.DownloadUpdate.of(Json.parse("{\"progress\": 5}")), "no downloadStatus");
+    }
+
+    private static void scenarios() {
+        List<String> read = Scenario.parse("""
+            [{"click": "buy", "note": "tap"}, {"event": "e"}, {"event": "e", "payload": [1, {"a": null}]},
+             {"advance": 0}, {"swipe": "s", "page": 2}, {"resize": {"width": 600}},
+             {"resize": {"width": 1, "height": 9}}]
+            """).stream().map(step -> step.action().describe() + (step.note() == null ? "" : " / " + step.note()))
+                .toList();
+        equal(List.of("click buy / tap", "event e {}", "event e [1,{\"a\":null}]", "advance 0", "swipe s to page 2",
+                "resize 600 x auto", "resize 1 x 9"), read, "steps");
+        String[][] rows = {
+            {"{}", "a scenario must be a JSON array of steps"},
+            {"[{\"click\": \"a\"}, 5]", "scenario step 2 (step-02): expected an object, found number"},
+            {"[{\"tap\": \"a\"}]",
+                "scenario step 1 (step-01): no action (one of click, event, advance, swipe, resize)"},
+            {"[{\"click\": \"a\", \"advance\": 1}]", "scenario step 1 (step-01): more than one action: click, advance"},
+            {"[{\"click\": \"a\", \"page\": 1}]", "scenario step 1 (step-01): unknown key \"page\" in a click step"},
+            {"[{\"click\": \"\"}]", "scenario step 1 (step-01): \"click\" must be a non-empty string"},
+            {"[{\"advance\": 1.5}]", "scenario step 1 (step-01): \"advance\" must be a whole number >= 0"},
+            {"[{\"swipe\": \"s\"}]", "scenario step 1 (step-01): \"page\" must be a whole number >= 0"},
+            {"[{\"resize\": {\"width\": 0}}]",
+                "scenario step 1 (step-01): \"resize width\" must be a whole number >= 1"},
+            {"[{\"resize\": {\"width\": 9, \"height\": \"tall\"}}]",
+                "scenario step 1 (step-01): \"resize height\" must be a whole number >= 1"},
+            {"[{\"event\": \"e\", \"note\": 3}]", "scenario step 1 (step-01): \"note\" must be a string"},
+        };
+        for (String[] row : rows) {
+            String message = "no error";
+            try {
+                Scenario.parse(row[0]);
+            } catch (IllegalArgumentException bad) {
+                message = bad.getMessage();
+            }
+            equal(row[1], message, row[0]);
+        }
     }
 
     private static void jsonRoundTrip() {
