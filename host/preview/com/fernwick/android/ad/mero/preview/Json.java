@@ -36,17 +36,23 @@ public final class Json {
         return value;
     }
 
+    /** A value that writePretty keeps on one line: {"x": 0, "y": 1}. */
+    public record Inline(Object value) {}
+
     /** Compact JSON text, as the engine receives it. */
     public static String write(Object value) {
         StringBuilder out = new StringBuilder();
-        new Writer(out, false).value(value, 0);
+        new Writer(out, Layout.COMPACT).value(value, 0);
         return out.toString();
     }
 
-    /** JSON text indented by two spaces, one member or element per line, with a final newline. */
+    /**
+     * JSON text indented by two spaces, one member or element per line, with a
+     * final newline; an Inline value is written on one line.
+     */
     public static String writePretty(Object value) {
         StringBuilder out = new StringBuilder();
-        new Writer(out, true).value(value, 0);
+        new Writer(out, Layout.INDENTED).value(value, 0);
         return out.append('\n').toString();
     }
 
@@ -247,9 +253,13 @@ public final class Json {
         }
     }
 
-    private record Writer(StringBuilder out, boolean pretty) {
+    private enum Layout { COMPACT, ONE_LINE, INDENTED }
+
+    private record Writer(StringBuilder out, Layout layout) {
         void value(Object value, int depth) {
-            if (value instanceof Map<?, ?> map) {
+            if (value instanceof Inline inline) {
+                new Writer(out, layout == Layout.COMPACT ? Layout.COMPACT : Layout.ONE_LINE).value(inline.value(), 0);
+            } else if (value instanceof Map<?, ?> map) {
                 object(map, depth);
             } else if (value instanceof List<?> list) {
                 array(list, depth);
@@ -275,9 +285,9 @@ public final class Json {
                 out.append(separator);
                 newline(depth + 1);
                 string(String.valueOf(member.getKey()));
-                out.append(pretty ? ": " : ":");
+                out.append(layout == Layout.COMPACT ? ":" : ": ");
                 value(member.getValue(), depth + 1);
-                separator = ",";
+                separator = layout == Layout.ONE_LINE ? ", " : ",";
             }
             newline(depth);
             out.append('}');
@@ -294,14 +304,15 @@ public final class Json {
                 out.append(separator);
                 newline(depth + 1);
                 value(element, depth + 1);
-                separator = ",";
+                separator = layout == Layout.ONE_LINE ? ", " : ",";
             }
             newline(depth);
             out.append(']');
         }
 
+        /** A line break and indent before each member or element and the closing bracket, when indented. */
         void newline(int depth) {
-            if (pretty) {
+            if (layout == Layout.INDENTED) {
                 out.append('\n').append("  ".repeat(depth));
             }
         }

@@ -14,6 +14,8 @@ import java.util.Map;
  * authors to read and for snapshot tests to compare: each view's id, type
  * name, frame and properties by template key, and the animations the step
  * played. Numbers are rounded to 2 decimals; whole numbers have no fraction.
+ * A view's frame and properties, and each animation, take one line each, so
+ * that a change to one view is a change to one line.
  */
 public final class TreeWriter {
     private TreeWriter() {}
@@ -29,7 +31,7 @@ public final class TreeWriter {
         }
         tree.put("clock", clockMs);
         tree.put("root", root == null ? null : node(root));
-        tree.put("animations", animations.stream().map(TreeWriter::animation).toList());
+        tree.put("animations", animations.stream().map(played -> new Json.Inline(animation(played))).toList());
         return Json.writePretty(tree);
     }
 
@@ -42,8 +44,8 @@ public final class TreeWriter {
         frame.put("y", value(node.y()));
         frame.put("width", value(node.width()));
         frame.put("height", value(node.height()));
-        out.put("frame", frame);
-        out.put("properties", properties(node));
+        out.put("frame", new Json.Inline(frame));
+        out.put("properties", new Json.Inline(properties(node)));
         if (!node.children.isEmpty()) {
             out.put("children", node.children.stream().map(TreeWriter::node).toList());
         }

@@ -16,6 +16,7 @@ import java.awt.image.BufferedImage;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
+import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
 import javax.imageio.ImageIO;
@@ -265,8 +266,18 @@ public final class PreviewHostTests {
                 + "\"o\":{},\"a\":[]}";
         equal(compact, Json.write(value), "compact, the first of two equal keys kept");
         equal(value, Json.parse(Json.write(value)), "read back equal");
-        equal("{\n  \"k\": [\n    1,\n    {}\n  ]\n}\n", Json.writePretty(Map.of("k", List.of(1, Map.of()))),
-                "pretty: two spaces, one element per line");
+        Map<String, Object> members = new LinkedHashMap<>();
+        members.put("a", List.of(1, 2));
+        members.put("b", Map.of());
+        equal("""
+            {
+              "k": [
+                1,
+                {"a": [1, 2], "b": {}}
+              ]
+            }
+            """, Json.writePretty(Map.of("k", List.of(1, new Json.Inline(members)))),
+                "pretty: two spaces, one element per line, an inline value on one line");
         String[][] bad = {
             {"{\"a\": 1,}", "expected a member name in quotes at line 1, column 9"},
             {"[1,\n 2", "unexpected end of text, expected ']' at line 2, column 3"},
@@ -303,27 +314,11 @@ public final class PreviewHostTests {
               "root": {
                 "id": "t",
                 "type": "text",
-                "frame": {
-                  "x": 12.35,
-                  "y": 0,
-                  "width": 750,
-                  "height": 0.33
-                },
-                "properties": {
-                  "opacity": 0.5,
-                  "maxLines": 2,
-                  "text": "Hi"
-                }
+                "frame": {"x": 12.35, "y": 0, "width": 750, "height": 0.33},
+                "properties": {"opacity": 0.5, "maxLines": 2, "text": "Hi"}
               },
               "animations": [
-                {
-                  "id": "t",
-                  "property": "opacity",
-                  "to": 0.13,
-                  "timing": 1,
-                  "duration": 300,
-                  "delay": 0
-                }
+                {"id": "t", "property": "opacity", "to": 0.13, "timing": 1, "duration": 300, "delay": 0}
               ]
             }
             """, tree, "tree text");
