@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <vector>
 
 #include "bridge/HostLink.h"
@@ -78,10 +79,13 @@ void setTimeout(MeroInstance& instance, double delay, HostJob job)
 {
     // No check of the host here: a released instance is never driven.
     const int32_t milliseconds = truncateToInt32(delay);
-    const int32_t id = instance.addTimeoutJob(std::move(job));
+    const std::optional<int32_t> id = instance.addTimeoutJob(std::move(job));
+    if (!id) {
+        return;
+    }
     const HostLink& link = hostLink(instance);
     jmethodID method = methodOfNativeClass(link.env, "setTimeout", "(JI)V");
-    link.env->CallVoidMethod(link.hostObject, method, static_cast<jlong>(milliseconds), id);
+    link.env->CallVoidMethod(link.hostObject, method, static_cast<jlong>(milliseconds), *id);
 }
 
 void startVideoTimer(MeroInstance& instance, double first, double second, VideoTimerListPtr entries)
@@ -89,7 +93,11 @@ void startVideoTimer(MeroInstance& instance, double first, double second, VideoT
     if (!hostAvailable(instance) || !entries || entries->empty()) {
         return;
     }
-    const int32_t firstId = *instance.addVideoTimerJobs(*entries);
+    const std::optional<int32_t> firstJob = instance.addVideoTimerJobs(*entries);
+    if (!firstJob) {
+        return;
+    }
+    const int32_t firstId = *firstJob;
     const auto count = static_cast<jsize>(entries->size());
     std::vector<jint> times(entries->size());
     std::vector<jint> ids(entries->size());

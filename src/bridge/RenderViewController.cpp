@@ -249,11 +249,10 @@ void RenderViewController::updateChildren(const std::vector<ChildChange>& change
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the original may be cleared under us
     const std::vector<ChildChange> pending = changes;
     for (const ChildChange& change : pending) {
-        // A change carries no kind: the child's flag says whether it was
-        // shown or hidden. -1 is the root's own visibility.
-        const bool inserted = change.node->visible;
+        const bool inserted = change.kind == ChildChange::Kind::Insert;
         jobject parent = change.index >= 0 ? findHostComponent(jni, host, id) : nullptr;
         if (parent == nullptr) {
+            // No component: the root, whose view is the host's root view.
             if (inserted) {
                 jobject root = createHostComponent(owner, *change.node);
                 callOnObject(jni, host, "addRootView", kComponentArgument, root);
@@ -264,15 +263,11 @@ void RenderViewController::updateChildren(const std::vector<ChildChange>& change
             continue;
         }
         if (inserted) {
-            // A flattened container shows its own shown children instead.
-            jint index = change.index;
-            for (ViewRenderNode* view : change.node->collectHostNodes().value_or(HostNodeList())) {
-                jobject child = createHostComponent(owner, *view);
-                if (child != nullptr) {
-                    callOnObject(jni, parent, "addChildAt", "(ILcom/fernwick/android/ad/mero/MRComponent;)V", index++,
-                                 child);
-                    jni->DeleteLocalRef(child);
-                }
+            jobject child = createHostComponent(owner, *change.node);
+            if (child != nullptr) {
+                callOnObject(jni, parent, "addChildAt", "(ILcom/fernwick/android/ad/mero/MRComponent;)V",
+                             static_cast<jint>(change.index), child);
+                jni->DeleteLocalRef(child);
             }
         } else {
             callOnObject(jni, parent, "removeChildAt", "(I)V", static_cast<jint>(change.index));

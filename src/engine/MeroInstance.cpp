@@ -13,6 +13,7 @@
 #include "render/RenderNodeFactory.h"
 #include "render/SwiperRenderNode.h"
 #include "runtime/RuntimeEngine.h"
+#include "runtime/ScriptRun.h"
 #include "value/JsonParser.h"
 
 namespace Mero {
@@ -128,6 +129,8 @@ void MeroInstance::initContainerSize(float width, float height, int32_t widthMod
 
 void MeroInstance::initNode()
 {
+    // Binding a property evaluates script: building the tree is an entry.
+    ScriptRun entry;
     RenderNodePtr previous = std::move(engine->rootNode);
     engine->rootNode = createRenderNode(engine->elements, nullptr, engine, nullptr);
     destroyComponents(previous.get());
@@ -251,8 +254,12 @@ void MeroInstance::sendSwiperEvent(const std::string& componentId, int32_t index
     runtime->flush();
 }
 
-int32_t MeroInstance::addTimeoutJob(HostJob&& job)
+std::optional<int32_t> MeroInstance::addTimeoutJob(HostJob&& job)
 {
+    if (timeoutJobs.size() + videoTimerJobs.size() >= Limits::kMaxPendingJobs) {
+        reportLimit(Limit::PendingJobs);
+        return std::nullopt;
+    }
     const int32_t id = drawJobId();
     timeoutJobs.try_emplace(id, std::move(job));
     return id;
@@ -261,6 +268,10 @@ int32_t MeroInstance::addTimeoutJob(HostJob&& job)
 std::optional<int32_t> MeroInstance::addVideoTimerJobs(VideoTimerList& entries)
 {
     if (entries.empty()) {
+        return std::nullopt;
+    }
+    if (timeoutJobs.size() + videoTimerJobs.size() + entries.size() > Limits::kMaxPendingJobs) {
+        reportLimit(Limit::PendingJobs);
         return std::nullopt;
     }
     const int32_t firstId = drawJobId();

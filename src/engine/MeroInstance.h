@@ -66,8 +66,11 @@ public:
     // Jobs. Ids are drawn with rand() % 10000 and never checked: an id that
     // is already taken keeps the earlier job and drops the new one, while the
     // host is still told the id. Kept on purpose.
-    int32_t addTimeoutJob(HostJob&& job);
-    // The first id of the entries' consecutive ids; nothing for an empty list.
+    // A card may have only so many jobs waiting: past that the job is
+    // dropped (reported) and nothing is given, so the host is not asked.
+    std::optional<int32_t> addTimeoutJob(HostJob&& job);
+    // The first id of the entries' consecutive ids; nothing for an empty list
+    // or one that would take the card past its pending jobs.
     std::optional<int32_t> addVideoTimerJobs(VideoTimerList& entries);
     void executeTimeoutJob(int32_t jobId);
     void executeVideoTimerJob(int32_t jobId);

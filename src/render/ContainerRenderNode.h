@@ -26,6 +26,17 @@ public:
     virtual void onChildVisibleChanged(ViewRenderNode* child) = 0;
 
     std::vector<RenderNodePtr> children;
+
+protected:
+    // Tells the host that `child` was shown or hidden: the node with the
+    // view (this one, or the nearest unflattened container above) queues
+    // one change per view that comes or goes, at the place those views take
+    // among its host children. False when `child` is not (yet) ours.
+    bool queueVisibilityChange(ViewRenderNode* child);
 };
+
+// How many host views stand for `node` when it is shown: 1, or for a
+// flattened container those of its shown children.
+std::size_t hostViewCount(ViewRenderNode& node);
 
 }  // namespace Mero

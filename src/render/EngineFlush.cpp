@@ -26,7 +26,10 @@ void RuntimeEngine::flushRender()
             continue;
         }
         node->queued = false;
-        Component* component = node->component;
+        // A node hidden since it queued (itself or a container above it) has
+        // no view in the host's tree: its changes go with it, and its views
+        // are made anew from current values when it shows again.
+        Component* component = node->isShown() ? node->component : nullptr;
         if (component != nullptr && !node->childChanges.empty()) {
             component->updateChildren(node->childChanges);
         }

@@ -110,11 +110,10 @@ int32_t FlexRenderNode::shownIndexOf(const ViewRenderNode* child) const
 
 void FlexRenderNode::onChildVisibleChanged(ViewRenderNode* child)
 {
-    const int32_t index = shownIndexOf(child);
-    if (index < 0) {
+    if (!queueVisibilityChange(child)) {
         return;  // still being built: not one of our children yet
     }
-    queueChildChange(index, child);
+    const int32_t index = shownIndexOf(child);
     // Yoga aborts on a second insertion of one node, so the Yoga side is
     // checked rather than assumed (a script run while the children are
     // still being built can show one before they are all inserted).

@@ -42,6 +42,10 @@ void ForRenderNode::buildItems()
     }
     children.reserve(list->size());
     for (std::size_t i = 0; i < list->size(); ++i) {
+        // A list longer than the card may hold builds the items that fit.
+        if (!mayAddRenderNode(engine)) {
+            break;
+        }
         if (RenderNodePtr item = buildItem(i)) {
             children.push_back(std::move(item));
         }

@@ -13,6 +13,8 @@
 #include "render/TextRenderNode.h"
 #include "render/VideoRenderNode.h"
 #include "runtime/NumberConversion.h"
+#include "runtime/RuntimeEngine.h"
+#include "runtime/ScriptRun.h"
 
 namespace Mero {
 
@@ -47,12 +49,38 @@ RenderNodePtr constructNode(const Value& element, ContainerRenderNode* parent, c
     return make<ViewRenderNode>(element, parent, engine, scope);
 }
 
+// The root is at depth 1.
+int depthBelow(const ContainerRenderNode* parent)
+{
+    int depth = 1;
+    for (const ViewRenderNode* node = parent; node != nullptr; node = node->parent) {
+        ++depth;
+    }
+    return depth;
+}
+
 }  // namespace
+
+bool mayAddRenderNode(const EngineRef& engine)
+{
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (runtime && runtime->renderNodeCount >= Limits::kMaxRenderNodes) {
+        reportLimit(Limit::RenderNodes);
+        return false;
+    }
+    return true;
+}
 
 RenderNodePtr createRenderNode(const Value& element, ContainerRenderNode* parent, const EngineRef& engine,
                                const LocalScope& scope)
 {
-    if (!element.is(Kind::Object)) {
+    if (!element.is(Kind::Object) || !mayAddRenderNode(engine)) {
+        return nullptr;
+    }
+    // The host builds its views recursively too: deeper elements are not
+    // built at all.
+    if (depthBelow(parent) > Limits::kMaxElementDepth) {
+        reportLimit(Limit::ElementDepth);
         return nullptr;
     }
     RenderNodePtr node = constructNode(element, parent, engine, scope);

@@ -28,9 +28,13 @@ enum class ElementType : uint32_t {
     Blur = 11,
 };
 
-// Null when `element` is not an object. An unknown type code is logged as
-// "render node type error" and built as a plain view.
+// Null when `element` is not an object, or when the node would cross the
+// card's element depth or node count (reported). An unknown type code is
+// logged as "render node type error" and built as a plain view.
 RenderNodePtr createRenderNode(const Value& element, ContainerRenderNode* parent, const EngineRef& engine,
                                const LocalScope& scope);
+
+// Whether the card may have one more render node; reports when it may not.
+bool mayAddRenderNode(const EngineRef& engine);
 
 }  // namespace Mero

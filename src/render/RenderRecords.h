@@ -18,11 +18,16 @@ struct Transition {
     double delay = 0.0;
 };
 
-// A child shown (or hidden) at `index` among its parent's host children;
-// -1 means the root node's own visibility changed.
+// A host child inserted at (or removed from) `index` among the host
+// children of the node that queues it; -1 means the root's own view was
+// shown. Whether it inserts or removes is decided when it is queued, so a
+// child hidden and shown again before the next flush is removed and then
+// inserted: replayed in order, the changes leave exactly the shown children.
 struct ChildChange {
+    enum class Kind : uint8_t { Insert, Remove };
     int32_t index = 0;
-    ViewRenderNode* node = nullptr;  // not owned
+    ViewRenderNode* node = nullptr;  // the view inserted, or the child hidden; not owned
+    Kind kind = Kind::Insert;
 };
 
 struct PropertyUpdate {

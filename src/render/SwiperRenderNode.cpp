@@ -1,5 +1,6 @@
 #include "render/SwiperRenderNode.h"
 
+#include <cmath>
 #include <vector>
 
 #include "render/NodeBinding.h"
@@ -10,19 +11,16 @@ namespace {
 
 // Lays every page out at the offered size, as a side effect of measuring the
 // page area, and takes that size as it is.
-YGSize layOutPages(YGNodeConstRef pageNode, float width, YGMeasureMode /*widthMode*/, float height,
-                   YGMeasureMode /*heightMode*/)
+YGSize measurePageArea(YGNodeConstRef pageNode, float width, YGMeasureMode /*widthMode*/, float height,
+                       YGMeasureMode /*heightMode*/)
 {
-    auto* swiper = static_cast<SwiperRenderNode*>(YGNodeGetContext(pageNode));
-    std::vector<YGNodeRef> pages;
-    pages.reserve(swiper->children.size());
-    for (const RenderNodePtr& page : swiper->children) {
-        pages.push_back(page->yogaNode);
-    }
-    for (YGNodeRef page : pages) {
-        YGNodeCalculateLayout(page, width, height, YGDirectionLTR);
-    }
+    static_cast<SwiperRenderNode*>(YGNodeGetContext(pageNode))->layOutPages(width, height);
     return YGSize{width, height};
+}
+
+bool sameLength(float a, float b)
+{
+    return a == b || (std::isnan(a) && std::isnan(b));
 }
 
 // A page is a Yoga root, so a change inside it stops there; marking the page
@@ -41,7 +39,7 @@ SwiperRenderNode::SwiperRenderNode(const Value& element, ContainerRenderNode* pa
     : ForRenderNode(element, parentNode, std::move(engineRef), std::move(localScope)), pageYogaNode(YGNodeNew())
 {
     YGNodeSetContext(pageYogaNode, this);
-    YGNodeSetMeasureFunc(pageYogaNode, layOutPages);
+    YGNodeSetMeasureFunc(pageYogaNode, measurePageArea);
     YGNodeInsertChild(yogaNode, pageYogaNode, 0);
     if (const Value* handler = NodeBinding::propertyOf(element, "onSwiperChange")) {
         onSwiperChange = *handler;
@@ -65,11 +63,32 @@ void SwiperRenderNode::createChildren()
     }
 }
 
+void SwiperRenderNode::layOutPages(float width, float height)
+{
+    std::vector<YGNodeRef> pages;
+    pages.reserve(children.size());
+    for (const RenderNodePtr& page : children) {
+        pages.push_back(page->yogaNode);
+    }
+    for (YGNodeRef page : pages) {
+        YGNodeCalculateLayout(page, width, height, YGDirectionLTR);
+    }
+    pagesLaidOutAt_ = YGSize{width, height};
+}
+
+void SwiperRenderNode::applyLayout()
+{
+    const float width = YGNodeLayoutGetWidth(pageYogaNode);
+    const float height = YGNodeLayoutGetHeight(pageYogaNode);
+    if (!sameLength(width, pagesLaidOutAt_.width) || !sameLength(height, pagesLaidOutAt_.height)) {
+        layOutPages(width, height);
+    }
+    ForRenderNode::applyLayout();
+}
+
 void SwiperRenderNode::onChildVisibleChanged(ViewRenderNode* child)
 {
-    const int32_t index = shownIndexOf(child);
-    if (index >= 0) {
-        queueChildChange(index, child);
+    if (queueVisibilityChange(child)) {
         requestLayout();
     }
 }

@@ -30,6 +30,9 @@ public:
 
     // Builds the pages; they stay out of the swiper's Yoga tree.
     void createChildren() override;
+    // Lays the pages out again first when the page area's size is not the
+    // one they were laid out at.
+    void applyLayout() override;
     // Pages are Yoga roots of their own: a shown or hidden page is reported
     // to the host but never enters the swiper's Yoga tree.
     void onChildVisibleChanged(ViewRenderNode* child) override;
@@ -41,9 +44,19 @@ public:
     double swiperDirection() const { return values[Direction].number(); }
     bool touchable() const { return values[Touchable].boolean(); }
 
+    // Lays every page out as a Yoga root of the given size.
+    void layOutPages(float width, float height);
+
     YGNodeRef pageYogaNode = nullptr;
     Value onSwiperChange;  // the handler name, unevaluated
     std::array<Value, SlotCount> values;
+
+private:
+    // The size the pages were last laid out at. Yoga keeps the page area's
+    // measurement for a size it has seen, so after a resize back to an
+    // earlier size the measure function that lays the pages out is not
+    // called again; applyLayout catches that.
+    YGSize pagesLaidOutAt_{YGUndefined, YGUndefined};
 };
 
 }  // namespace Mero

@@ -69,8 +69,13 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
       lifeToken_(std::make_shared<const bool>(true))
 {
     YGNodeSetContext(yogaNode, this);
+    if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
+        ++runtime->renderNodeCount;
+    }
     onClick = memberOf(element, "onClick").string();
-    isEmpty = memberOf(element, "isEmpty").boolean();
+    // The root always has a view of its own (the host's root view): it
+    // cannot be flattened into a parent it does not have.
+    isEmpty = parent != nullptr && memberOf(element, "isEmpty").boolean();
     readTransitions(element);
     if (const Value* animation = NodeBinding::propertyOf(element, "loopAnimation")) {
         loopAnimation =
@@ -83,12 +88,15 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
 ViewRenderNode::~ViewRenderNode()
 {
     YGNodeFree(yogaNode);
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime) {
+        return;
+    }
+    --runtime->renderNodeCount;
     // A node that goes between two flushes must not stay on the engine's list
     // (a whole tree may go at once, hence the stored position).
     if (queued) {
-        if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
-            runtime->pendingNodes.erase(pendingEntry_);
-        }
+        runtime->pendingNodes.erase(pendingEntry_);
     }
 }
 
@@ -118,9 +126,24 @@ const Transition* ViewRenderNode::transitionFor(std::string_view key) const
     return allTransition ? &*allTransition : nullptr;
 }
 
+bool ViewRenderNode::isShown() const
+{
+    if (!visible) {
+        return false;
+    }
+    // A hidden root keeps the view the host was given for it, and so do its
+    // descendants: only containers below the root hide their subtrees.
+    for (const ViewRenderNode* node = parent; node != nullptr && node->parent != nullptr; node = node->parent) {
+        if (!node->visible) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool ViewRenderNode::markPending()
 {
-    if (isEmpty || !visible) {
+    if (isEmpty || !isShown()) {
         return false;
     }
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
@@ -148,10 +171,10 @@ void ViewRenderNode::queueAnimatedUpdate(uint32_t propertyId, Value value, const
     }
 }
 
-void ViewRenderNode::queueChildChange(int32_t index, ViewRenderNode* child)
+void ViewRenderNode::queueChildChange(const ChildChange& change)
 {
     if (markPending()) {
-        childChanges.push_back({index, child});
+        childChanges.push_back(change);
     }
 }
 
@@ -167,7 +190,7 @@ void ViewRenderNode::setVisible(bool shown)
     }
     // markPending runs after the new value is stored, so only a root that
     // has just been shown gets through.
-    queueChildChange(-1, this);
+    queueChildChange({-1, this, ChildChange::Kind::Insert});
 }
 
 void ViewRenderNode::requestLayout() const

@@ -110,7 +110,13 @@ public:
     bool markPending();
     void queuePropertyUpdate(uint32_t propertyId, Value value);
     void queueAnimatedUpdate(uint32_t propertyId, Value value, const Transition& transition);
-    void queueChildChange(int32_t index, ViewRenderNode* child);
+    void queueChildChange(const ChildChange& change);
+
+    // Shown, with every container above it shown (the root aside): the
+    // node's view is in the host's tree, or is about to be. A node inside a
+    // hidden subtree queues nothing; the subtree's views are made anew from
+    // current values when it shows again.
+    bool isShown() const;
 
     // The "visible" setter: a child tells its parent, the root queues -1.
     void setVisible(bool shown);

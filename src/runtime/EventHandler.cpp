@@ -1,5 +1,7 @@
 #include "runtime/EventHandler.h"
 
+#include "runtime/ScriptRun.h"
+
 namespace Mero {
 
 EventHandler::EventHandler(std::string handlerName, std::string parameter, StatementList statements)
@@ -15,6 +17,11 @@ EventHandler::EventHandler(std::string handlerName, CallbackPtr callable)
 
 void EventHandler::dispatch(const Value& payload, const ObjectPtr& extra, const EngineRef& engine)
 {
+    // A handler that sends its own event is a call like any other.
+    CallDepthGuard depth;
+    if (!depth.allowed()) {
+        return;
+    }
     if (isCallback) {
         if (callback && *callback) {
             std::vector<Value> args;

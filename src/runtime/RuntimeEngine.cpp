@@ -1,5 +1,7 @@
 #include "runtime/RuntimeEngine.h"
 
+#include "runtime/ScriptRun.h"
+
 namespace Mero {
 
 RuntimeEngine::RuntimeEngine()
@@ -48,6 +50,7 @@ void RuntimeEngine::dispatchEvent(const std::string& name, const Value& payload,
     // handler may remove its own event name while it runs.
     std::shared_ptr<RuntimeEngine> self = shared_from_this();
     EventHandlerPtr handler = found->second;
+    ScriptRun entry;
     handler->dispatch(payload, extra, self);
 }
 

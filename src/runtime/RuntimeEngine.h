@@ -122,6 +122,7 @@ public:
     std::list<ViewRenderNode*> pendingNodes;  // queued host changes, in enlisting order; not owned
     bool needsLayout = false;                 // a layout pass is owed before the next push
     bool layoutApplied = false;               // set by the instance's applyLayout
+    std::size_t renderNodeCount = 0;          // live render nodes, kept by the nodes themselves
 
     HostHooks hooks;
     // Video-time points collected by script until it starts them; null until

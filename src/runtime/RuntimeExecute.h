@@ -10,6 +10,7 @@
 
 #include "runtime/LocalScope.h"
 #include "runtime/RuntimeObject.h"
+#include "runtime/ScriptRun.h"
 #include "value/Value.h"
 
 namespace Mero {
@@ -18,9 +19,18 @@ class RuntimeExecute {
 public:
     virtual ~RuntimeExecute() = default;
 
-    virtual Value execute(const LocalScope& scope, const EngineRef& engine) = 0;
+    // Runs in `scope`. Each statement is one step of the entry's budget and
+    // one level of nesting; past either bound it gives null, which ends the
+    // statement list and every loop around it like a return.
+    Value execute(const LocalScope& scope, const EngineRef& engine)
+    {
+        ScriptStep step;
+        return step.allowed() ? run(scope, engine) : Value();
+    }
 
 protected:
+    virtual Value run(const LocalScope& scope, const EngineRef& engine) = 0;
+
     RuntimeExecute() = default;
     RuntimeExecute(const RuntimeExecute&) = default;
     RuntimeExecute& operator=(const RuntimeExecute&) = default;

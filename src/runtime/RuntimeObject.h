@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "runtime/LocalScope.h"
+#include "runtime/ScriptRun.h"
 #include "value/Value.h"
 
 namespace Mero {
@@ -24,11 +25,19 @@ class RuntimeObject {
 public:
     virtual ~RuntimeObject() = default;
 
-    virtual Value value(const LocalScope& scope, const EngineRef& engine) = 0;
+    // Evaluates in `scope`. Each evaluation is one step of the entry's
+    // budget and one level of nesting; past either bound it gives null.
+    Value value(const LocalScope& scope, const EngineRef& engine)
+    {
+        ScriptStep step;
+        return step.allowed() ? evaluate(scope, engine) : Value();
+    }
     virtual bool isDynamic() { return false; }
     virtual void observe(const EngineRef& engine, const ObserverPtr& callback);
 
 protected:
+    virtual Value evaluate(const LocalScope& scope, const EngineRef& engine) = 0;
+
     RuntimeObject() = default;
     RuntimeObject(const RuntimeObject&) = default;
     RuntimeObject& operator=(const RuntimeObject&) = default;

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "runtime/NumberConversion.h"
+#include "runtime/ScriptRun.h"
 #include "runtime/expressions/InvokeFunction.h"
 #include "runtime/expressions/Literals.h"
 #include "runtime/expressions/RuntimeCallback.h"
@@ -16,6 +17,30 @@
 namespace Mero {
 
 namespace {
+
+// The nesting of the node being built: the factories call themselves for
+// every child node, so a hostile template nested a hundred thousand deep
+// would otherwise take the stack down (here, and when the nodes run and are
+// freed).
+int buildDepth = 0;
+
+class BuildLevel {
+public:
+    BuildLevel() noexcept { ++buildDepth; }
+    ~BuildLevel() { --buildDepth; }
+    BuildLevel(const BuildLevel&) = delete;
+    BuildLevel& operator=(const BuildLevel&) = delete;
+
+    // False (reported) when the node lies past the limit and must not be built.
+    static bool allowed()
+    {
+        if (buildDepth <= Limits::kMaxScriptNodeDepth) {
+            return true;
+        }
+        reportLimit(Limit::ScriptNodeDepth);
+        return false;
+    }
+};
 
 double typeCode(const Value& node)
 {
@@ -83,6 +108,10 @@ std::unique_ptr<InvokeFunction> createInvoke(const Value& node)
 
 RuntimeObjectPtr createRuntimeObject(const Value& node)
 {
+    BuildLevel level;
+    if (!level.allowed()) {
+        return std::make_unique<RuntimeBasic>(Value());
+    }
     if (node.is(Kind::Object)) {
         // The code is compared as a double: 5.7 is not 5 here, so such a node
         // is an object literal (the statement factory truncates instead).
@@ -121,7 +150,8 @@ RuntimeObjectPtr createRuntimeObject(const Value& node)
 
 RuntimeExecutePtr createRuntimeExecute(const Value& node)
 {
-    if (!node.is(Kind::Object)) {
+    BuildLevel level;
+    if (!node.is(Kind::Object) || !level.allowed()) {
         return std::make_unique<RuntimeExecuteNull>();
     }
     switch (truncateToInt32(typeCode(node))) {

@@ -1,5 +1,6 @@
 // RuntimeEngine::loadTemplate: from template text to the engine's tables.
 #include "runtime/RuntimeEngine.h"
+#include "runtime/ScriptRun.h"
 #include "runtime/functions/BuiltinFunctions.h"
 #include "runtime/functions/CustomFunction.h"
 #include "value/JsonParser.h"
@@ -46,6 +47,9 @@ EventHandlerPtr loadEvent(const Value& entry)
 
 void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
 {
+    // Not script, but it builds script nodes: within one entry a template
+    // whose nodes nest too deep is reported once.
+    ScriptRun building;
     JsonParser parser;
     parser.parse(text, text + length);
     const Value& root = parser.root();

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -44,6 +45,14 @@ enum class Kind : int32_t {
     Continue = 9,
 };
 
+// Bytes of long strings that Value copies have duplicated, process-wide. A
+// copy of a megabyte-long string is one step of script but a megabyte of
+// work and memory: the script runtime charges these bytes to the entry that
+// copies them (see runtime/ScriptRun.h). Strings shorter than
+// kCountedStringBytes are not counted; their copies cost what a step does.
+inline std::size_t copiedStringBytes = 0;
+inline constexpr std::size_t kCountedStringBytes = 256;
+
 class Value {
 public:
     // Payload alternatives, in this order: number, boolean, string, array,
@@ -71,8 +80,14 @@ public:
     Value(ObjectPtr object) noexcept : kind_(Kind::Object), payload_(std::move(object)) {}
     Value(CallbackPtr callback) noexcept : kind_(Kind::Callback), payload_(std::move(callback)) {}
 
-    Value(const Value&) = default;
-    Value& operator=(const Value&) = default;
+    Value(const Value& other) : kind_(other.kind_), payload_(other.payload_) { countStringCopy(); }
+    Value& operator=(const Value& other)
+    {
+        kind_ = other.kind_;
+        payload_ = other.payload_;
+        countStringCopy();
+        return *this;
+    }
     // A moved-from Value reads as null.
     Value(Value&& other) noexcept;
     Value& operator=(Value&& other) noexcept;
@@ -109,6 +124,14 @@ public:
     static Value makeObject(ValueObject members = {});
 
 private:
+    void countStringCopy() noexcept
+    {
+        const auto* text = std::get_if<std::string>(&payload_);
+        if (text != nullptr && text->size() >= kCountedStringBytes) {
+            copiedStringBytes += text->size();
+        }
+    }
+
     Kind kind_ = Kind::Null;
     Payload payload_ = 0.0;
 };

@@ -115,11 +115,11 @@ TEST_F(MeroInstanceTest, JobIdsComeFromRandWithoutCollisionChecks)
     const int expected = std::rand() % 10000;
     std::srand(11);
     std::vector<std::string> ran;
-    const int32_t first = instance.addTimeoutJob([&ran] { ran.emplace_back("first"); });
+    const int32_t first = *instance.addTimeoutJob([&ran] { ran.emplace_back("first"); });
     EXPECT_EQ(first, expected);
 
     std::srand(11);
-    const int32_t second = instance.addTimeoutJob([&ran] { ran.emplace_back("second"); });
+    const int32_t second = *instance.addTimeoutJob([&ran] { ran.emplace_back("second"); });
     EXPECT_EQ(second, first) << "the host is told the taken id";
 
     instance.executeTimeoutJob(first);

@@ -49,10 +49,12 @@ TEST(RenderNodeLoopAnimation, IsEvaluatedOnceAtConstruction)
 
 TEST(RenderNodeQueue, NodesEnlistOnceAnEmptyOneNeverAndADestroyedOneLeavesThePendingList)
 {
-    RenderCard card("{}");
-    ViewRenderNode empty = view(card, R"({"$": 0, "isEmpty": true})");
+    RenderCard card(R"({"elements": {"$": 3, "children": [{"$": 0, "isEmpty": true}]}})");
+    ViewRenderNode& empty = *RenderCard::childrenOf(card.build()).front();
     empty.queuePropertyUpdate(8, 0.5);
     EXPECT_TRUE(empty.propertyUpdates.empty());
+    // The root always has a view of its own: it cannot be flattened.
+    EXPECT_FALSE(view(card, R"({"$": 0, "isEmpty": true})").isEmpty);
     auto doomed = std::make_unique<ViewRenderNode>(MeroTest::json(R"({"$": 0})"), nullptr, card.engine, nullptr);
     ViewRenderNode kept = view(card, R"({"$": 0})");
     doomed->queuePropertyUpdate(8, 1.0);

@@ -31,7 +31,7 @@ void traceInvoke(const std::string& name, const std::vector<Value>& args)
 
 }  // namespace
 
-Value InvokeFunction::value(const LocalScope& scope, const EngineRef& engine)
+Value InvokeFunction::evaluate(const LocalScope& scope, const EngineRef& engine)
 {
     std::vector<Value> args;
     args.reserve(arguments_.size());
@@ -49,6 +49,18 @@ Value InvokeFunction::value(const LocalScope& scope, const EngineRef& engine)
 }
 
 Value InvokeFunction::call(const LocalScope& scope, const EngineRef& engine, std::vector<Value>&& args) const
+{
+    std::size_t argumentSteps = 0;
+    for (const Value& arg : args) {
+        argumentSteps += sizeInSteps(arg);
+    }
+    chargeSteps(argumentSteps);
+    Value result = callee(scope, engine, std::move(args));
+    chargeSteps(sizeInSteps(result));
+    return result;
+}
+
+Value InvokeFunction::callee(const LocalScope& scope, const EngineRef& engine, std::vector<Value>&& args) const
 {
     // A local holding a callback shadows a function of the same name.
     if (scope) {
@@ -78,9 +90,10 @@ void InvokeFunction::observe(const EngineRef& engine, const ObserverPtr& callbac
     }
 }
 
-Value InvokeFunction::execute(const LocalScope& scope, const EngineRef& engine)
+Value InvokeFunction::run(const LocalScope& scope, const EngineRef& engine)
 {
-    value(scope, engine);
+    // The statement's own step covers the call: evaluate, not value().
+    evaluate(scope, engine);
     return completed();
 }
 

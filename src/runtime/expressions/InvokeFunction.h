@@ -17,16 +17,18 @@ public:
 
     // Evaluates the arguments left to right and calls: a callback held by a
     // local of that name first, else the engine's function table.
-    Value value(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
     bool isDynamic() override;
     void observe(const EngineRef& engine, const ObserverPtr& callback) override;
 
     // As a statement the result is dropped: a function's return never stops
     // the list it is called from.
-    Value execute(const LocalScope& scope, const EngineRef& engine) override;
+    Value run(const LocalScope& scope, const EngineRef& engine) override;
 
 private:
+    // The call, charged by the size of what it is handed and hands back.
     Value call(const LocalScope& scope, const EngineRef& engine, std::vector<Value>&& args) const;
+    Value callee(const LocalScope& scope, const EngineRef& engine, std::vector<Value>&& args) const;
 
     std::string name_;
     std::vector<RuntimeObjectPtr> arguments_;

@@ -16,12 +16,12 @@ bool anyDynamic(const std::vector<RuntimeObjectPtr>& children)
 
 }  // namespace
 
-Value RuntimeBasic::value(const LocalScope&, const EngineRef&)
+Value RuntimeBasic::evaluate(const LocalScope&, const EngineRef&)
 {
     return constant_;
 }
 
-Value RuntimeJson::value(const LocalScope& scope, const EngineRef& engine)
+Value RuntimeJson::evaluate(const LocalScope& scope, const EngineRef& engine)
 {
     Value result = Value::makeObject();
     ValueObject& object = result.object();
@@ -36,7 +36,7 @@ bool RuntimeJson::isDynamic()
     return std::any_of(members_.begin(), members_.end(), [](const auto& member) { return member.second->isDynamic(); });
 }
 
-Value RuntimeArray::value(const LocalScope& scope, const EngineRef& engine)
+Value RuntimeArray::evaluate(const LocalScope& scope, const EngineRef& engine)
 {
     ValueArray elements;
     elements.reserve(elements_.size());
@@ -51,7 +51,7 @@ bool RuntimeArray::isDynamic()
     return anyDynamic(elements_);
 }
 
-Value RuntimeSpreadArray::value(const LocalScope& scope, const EngineRef& engine)
+Value RuntimeSpreadArray::evaluate(const LocalScope& scope, const EngineRef& engine)
 {
     ValueArray elements;
     for (const RuntimeObjectPtr& part : parts_) {
@@ -64,6 +64,10 @@ Value RuntimeSpreadArray::value(const LocalScope& scope, const EngineRef& engine
             continue;
         }
         const ValueArray& source = spread.array();
+        chargeSteps(source.size());
+        if (!fitsCollectionLimit(elements.size() + source.size())) {
+            return Value();
+        }
         elements.insert(elements.end(), source.begin(), source.end());
     }
     return Value::makeArray(std::move(elements));
@@ -74,7 +78,7 @@ bool RuntimeSpreadArray::isDynamic()
     return anyDynamic(parts_);
 }
 
-Value RuntimeSpreadObject::value(const LocalScope& scope, const EngineRef& engine)
+Value RuntimeSpreadObject::evaluate(const LocalScope& scope, const EngineRef& engine)
 {
     Value result = Value::makeObject();
     ValueObject& object = result.object();
@@ -87,8 +91,12 @@ Value RuntimeSpreadObject::value(const LocalScope& scope, const EngineRef& engin
             reportError("RuntimeSpreadObject value is not object");
             continue;
         }
+        chargeSteps(spread.object().size());
         for (const auto& [key, member] : spread.object()) {
             object[key] = member;
+        }
+        if (!fitsCollectionLimit(object.size())) {
+            return Value();
         }
     }
     return result;

@@ -17,7 +17,7 @@ namespace Mero {
 class RuntimeBasic final : public RuntimeObject {
 public:
     explicit RuntimeBasic(Value constant) : constant_(std::move(constant)) {}
-    Value value(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
 
 private:
     Value constant_;
@@ -27,7 +27,7 @@ private:
 class RuntimeJson final : public RuntimeObject {
 public:
     explicit RuntimeJson(std::unordered_map<std::string, RuntimeObjectPtr> members) : members_(std::move(members)) {}
-    Value value(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
     bool isDynamic() override;
 
 private:
@@ -38,7 +38,7 @@ private:
 class RuntimeArray final : public RuntimeObject {
 public:
     explicit RuntimeArray(std::vector<RuntimeObjectPtr> elements) : elements_(std::move(elements)) {}
-    Value value(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
     bool isDynamic() override;
 
 private:
@@ -49,7 +49,7 @@ private:
 class RuntimeSpreadArray final : public RuntimeObject {
 public:
     explicit RuntimeSpreadArray(std::vector<RuntimeObjectPtr> parts) : parts_(std::move(parts)) {}
-    Value value(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
     bool isDynamic() override;
 
 private:
@@ -60,7 +60,7 @@ private:
 class RuntimeSpreadObject final : public RuntimeObject {
 public:
     explicit RuntimeSpreadObject(std::vector<RuntimeObjectPtr> parts) : parts_(std::move(parts)) {}
-    Value value(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
     bool isDynamic() override;
 
 private:

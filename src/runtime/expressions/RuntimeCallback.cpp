@@ -1,6 +1,7 @@
 #include "runtime/expressions/RuntimeCallback.h"
 
 #include "runtime/ScriptFactory.h"
+#include "runtime/ScriptRun.h"
 #include "value/ErrorReporting.h"
 
 namespace Mero {
@@ -10,6 +11,10 @@ namespace {
 Value runCallback(const RuntimeCallback::Definition& definition, const LocalScope& captured, const EngineRef& engine,
                   std::vector<Value>&& args)
 {
+    CallDepthGuard depth;
+    if (!depth.allowed()) {
+        return Value();
+    }
     // Each call works on a copy of the defining scope taken now: writes
     // inside the callback never reach the scope it was made in.
     LocalScope scope = captured ? std::make_shared<ScopeMap>(*captured) : makeLocalScope();
@@ -41,7 +46,7 @@ RuntimeCallback::RuntimeCallback(const Value& node)
     definition_ = std::move(definition);
 }
 
-Value RuntimeCallback::value(const LocalScope& scope, const EngineRef& engine)
+Value RuntimeCallback::evaluate(const LocalScope& scope, const EngineRef& engine)
 {
     auto callable =
         std::make_shared<ValueCallback>([definition = definition_, scope, engine](std::vector<Value>&& args) {

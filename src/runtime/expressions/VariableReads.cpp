@@ -18,12 +18,12 @@ Value lookUp(const ValueObject* table, const std::string& name)
 
 }  // namespace
 
-Value RuntimeLocalVariable::value(const LocalScope& scope, const EngineRef&)
+Value RuntimeLocalVariable::evaluate(const LocalScope& scope, const EngineRef&)
 {
     return lookUp(scope.get(), name_);
 }
 
-Value RuntimeVariable::value(const LocalScope&, const EngineRef& engine)
+Value RuntimeVariable::evaluate(const LocalScope&, const EngineRef& engine)
 {
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
@@ -40,7 +40,7 @@ void RuntimeVariable::observe(const EngineRef& engine, const ObserverPtr& callba
     }
 }
 
-Value RuntimeGlobalRef::value(const LocalScope&, const EngineRef& engine)
+Value RuntimeGlobalRef::evaluate(const LocalScope&, const EngineRef& engine)
 {
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
@@ -50,7 +50,7 @@ Value RuntimeGlobalRef::value(const LocalScope&, const EngineRef& engine)
     return lookUp(runtime->globalVariables.get(), name_);
 }
 
-Value RuntimeMaterial::value(const LocalScope&, const EngineRef& engine)
+Value RuntimeMaterial::evaluate(const LocalScope&, const EngineRef& engine)
 {
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {

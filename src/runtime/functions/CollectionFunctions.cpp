@@ -42,6 +42,9 @@ Value ArrayPushFunction::invoke(ArgList&& args, const EngineRef&)
     // script's array grows in place.
     ValueArray& target = args[0].array();
     const ValueArray& source = args[1].array();
+    if (!fitsCollectionLimit(target.size() + source.size())) {
+        return Value();
+    }
     if (&source == &target) {
         ValueArray twin = source;  // inserting a vector into itself needs a copy first
         target.insert(target.end(), std::make_move_iterator(twin.begin()), std::make_move_iterator(twin.end()));
@@ -165,7 +168,12 @@ Value JsonSetFunction::invoke(ArgList&& args, const EngineRef&)
     }
     // Wrong kinds change nothing, quietly.
     if (args[0].is(Kind::Object) && args[1].is(Kind::String)) {
-        args[0].object()[args[1].string()] = std::move(args[2]);
+        ValueObject& object = args[0].object();
+        const std::string& key = args[1].string();
+        if (!object.contains(key) && !fitsCollectionLimit(object.size() + 1)) {
+            return Value();
+        }
+        object[key] = std::move(args[2]);
     }
     return Value();
 }

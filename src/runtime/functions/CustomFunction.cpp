@@ -1,5 +1,6 @@
 #include "runtime/functions/CustomFunction.h"
 
+#include "runtime/ScriptRun.h"
 #include "value/ErrorReporting.h"
 
 namespace Mero {
@@ -21,6 +22,10 @@ CustomFunction::~CustomFunction()
 
 Value CustomFunction::invoke(ArgList&& args, const EngineRef& engine)
 {
+    CallDepthGuard depth;
+    if (!depth.allowed()) {
+        return Value();
+    }
     if (args.size() != parameters_.size() && !hasDefaults()) {
         reportError("custom args size not match");
         return Value();

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "runtime/RuntimeEngine.h"
+#include "runtime/ScriptRun.h"
 #include "value/Value.h"
 
 namespace Mero {
@@ -20,6 +21,7 @@ inline void runDeferredCallback(const EngineRef& engine, const Value& callback, 
         return;
     }
     if (callback.is(Kind::Callback)) {
+        ScriptRun entry;
         callableOf(callback)(std::move(args));
     }
     runtime->flush();

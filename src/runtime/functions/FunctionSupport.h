@@ -6,6 +6,7 @@
 #include <string>
 
 #include "runtime/NumberConversion.h"
+#include "runtime/ScriptRun.h"
 #include "runtime/functions/MRFunction.h"
 #include "value/Value.h"
 

@@ -99,6 +99,9 @@ Value NumberOperationFunction::invoke(ArgList&& args, const EngineRef&)
             } else if (operand.is(Kind::Number)) {
                 text += numberToString(operand.number());
             }
+            if (!fitsStringLimit(text.size())) {
+                return Value();
+            }
         }
         return Value(std::move(text));
     }

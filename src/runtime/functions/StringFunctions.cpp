@@ -20,6 +20,9 @@ Value StringReplaceFunction::invoke(ArgList&& args, const EngineRef&)
     // Only the first occurrence changes; an empty pattern matches at the front.
     size_t at = text.find(pattern);
     if (at != std::string::npos) {
+        if (!fitsStringLimit(text.size() - pattern.size() + args[2].string().size())) {
+            return Value();
+        }
         text.replace(at, pattern.size(), args[2].string());
     }
     return Value(std::move(text));
@@ -67,7 +70,10 @@ Value ToStringFunction::invoke(ArgList&& args, const EngineRef&)
     // Booleans give the digit of the flag, not "true"/"false": on purpose.
     case Kind::Boolean: return Value(x.boolean() ? "1" : "0");
     case Kind::Array:
-    case Kind::Object: return Value(toJsonString(x));
+    case Kind::Object: {
+        std::string text = toJsonString(x);
+        return fitsStringLimit(text.size()) ? Value(std::move(text)) : Value();
+    }
     // A string gives the empty string, not itself: templates depend on it.
     default: return Value("");
     }
@@ -149,6 +155,9 @@ Value SplitFunction::invoke(ArgList&& args, const EngineRef&)
         }
         tokens.emplace_back(text.substr(from, at - from));
         from = at + 1;
+        if (!fitsCollectionLimit(tokens.size())) {
+            return Value(Kind::Array);
+        }
     }
     return Value::makeArray(std::move(tokens));
 }
@@ -172,6 +181,9 @@ Value ConcatFunction::invoke(ArgList&& args, const EngineRef&)
     if (args[0].is(Kind::Array) && args[1].is(Kind::Array)) {
         const ValueArray& first = args[0].array();
         const ValueArray& second = args[1].array();
+        if (!fitsCollectionLimit(first.size() + second.size())) {
+            return Value();
+        }
         ValueArray joined;
         joined.reserve(first.size() + second.size());
         joined.insert(joined.end(), first.begin(), first.end());
@@ -179,6 +191,9 @@ Value ConcatFunction::invoke(ArgList&& args, const EngineRef&)
         return Value::makeArray(std::move(joined));
     }
     if (args[0].is(Kind::String) && args[1].is(Kind::String)) {
+        if (!fitsStringLimit(args[0].string().size() + args[1].string().size())) {
+            return Value();
+        }
         std::string text = takeString(args[0]);
         text += args[1].string();
         return Value(std::move(text));

@@ -42,6 +42,10 @@ Value VideoTimeOnceFunction::invoke(ArgList&& args, const EngineRef& engine)
     if (!runtime->pendingVideoTimers) {
         runtime->pendingVideoTimers = std::make_unique<VideoTimerList>();
     }
+    if (runtime->pendingVideoTimers->size() >= Limits::kMaxPendingJobs) {
+        reportLimit(Limit::PendingJobs);
+        return Value();
+    }
     runtime->pendingVideoTimers->emplace_back(args[0].number(), deferredJob(engine, std::move(args[1])));
     return Value();
 }

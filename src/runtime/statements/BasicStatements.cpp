@@ -2,22 +2,22 @@
 
 namespace Mero {
 
-Value RuntimeExecuteNull::execute(const LocalScope&, const EngineRef&)
+Value RuntimeExecuteNull::run(const LocalScope&, const EngineRef&)
 {
     return completed();
 }
 
-Value BreakValue::execute(const LocalScope&, const EngineRef&)
+Value BreakValue::run(const LocalScope&, const EngineRef&)
 {
     return Value(Kind::Break);
 }
 
-Value ContinueValue::execute(const LocalScope&, const EngineRef&)
+Value ContinueValue::run(const LocalScope&, const EngineRef&)
 {
     return Value(Kind::Continue);
 }
 
-Value ReturnValue::execute(const LocalScope& scope, const EngineRef& engine)
+Value ReturnValue::run(const LocalScope& scope, const EngineRef& engine)
 {
     return returnValue_->value(scope, engine);
 }
