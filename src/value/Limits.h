@@ -44,7 +44,7 @@ inline constexpr int kMaxCallDepth = 64;
 // Script evaluations in progress at once (an expression or statement inside
 // another, calls included): bounds the stack that any mix of deep calls and
 // deep expressions can take. An evaluation that would go deeper gives null.
-inline constexpr int kMaxScriptNesting = 1024;
+inline constexpr int kMaxScriptNesting = 512;
 
 // Statements and expression evaluations one entry from the host (an event,
 // a click, a timer, a bridge reply, building the tree) may run: about 50 ms

@@ -25,11 +25,13 @@ inline std::string nestedElements(int depth)
 // A conditional in a conditional ... `depth` deep, around `innermost`.
 inline std::string nestedConditional(int depth, const std::string& innermost = "1")
 {
-    std::string text = innermost;
+    std::string opening;
+    std::string closing;
     for (int level = 0; level < depth; ++level) {
-        text = R"({"$":5,"n":"4","a":[true,)" + text + ",0]}";
+        opening += R"({"$":5,"n":"4","a":[true,)";
+        closing += ",0]}";
     }
-    return text;
+    return opening + innermost + closing;
 }
 
 // A template whose event "go" runs `goBody` (a statement list) and whose event
