@@ -15,7 +15,10 @@ YGSize measurePageArea(YGNodeConstRef pageNode, float width, YGMeasureMode /*wid
                        YGMeasureMode /*heightMode*/)
 {
     static_cast<SwiperRenderNode*>(YGNodeGetContext(pageNode))->layOutPages(width, height);
-    return YGSize{width, height};
+    // An undefined size (a swiper with no height in a column of undefined
+    // height) measures 0: what Yoga would make of it anyway, but without its
+    // warning on every pass.
+    return YGSize{std::isnan(width) ? 0.0F : width, std::isnan(height) ? 0.0F : height};
 }
 
 bool sameLength(float a, float b)
