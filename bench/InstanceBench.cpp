@@ -11,9 +11,8 @@
 #include <vector>
 
 #include "BenchData.h"
-#include "bridge/ComponentSlots.h"
+#include "engine/Host.h"
 #include "engine/MeroInstance.h"
-#include "render/Component.h"
 #include "render/ContainerRenderNode.h"
 #include "render/RenderNodeFactory.h"
 #include "render/ViewRenderNode.h"
@@ -22,45 +21,25 @@
 
 namespace {
 
-// A host view that does nothing, answering a fixed content size.
-class NullComponent : public Mero::Component {
+// A host that makes no views and answers a fixed content size.
+class NullHost : public Mero::Host {
 public:
-    void updateChildren(const std::vector<Mero::ChildChange>&) override {}
-    void updateProperties(const std::vector<Mero::PropertyUpdate>& properties) override
+    bool attached() const override { return true; }
+    void logLine(const std::string& /*text*/) override {}
+    std::vector<const Mero::ViewRenderNode*> apply(const Mero::ChangeList& changes) override
     {
-        benchmark::DoNotOptimize(properties.data());
+        benchmark::DoNotOptimize(changes.data());
+        return {};
     }
-    void playAnimations(const std::vector<Mero::AnimatedUpdate>&) override {}
-    Mero::ContentSize getContentSize() override { return {200.0F, 50.0F}; }
-    void releaseComponents(Mero::ViewRenderNode*) override {}
+    Mero::ContentSize contentSize(const std::string& /*viewId*/) override { return {200.0F, 50.0F}; }
 };
-
-// What createComponentTree does for each host view, short of calling Java:
-// the node's slot buffers and a controller.
-void makeViews(Mero::ViewRenderNode& node)
-{
-    Mero::ComponentSlots slots = Mero::collectComponentSlots(node);
-    benchmark::DoNotOptimize(slots);
-    delete node.component;
-    node.component = new NullComponent();
-    node.hasComponent = true;
-    if (!node.isContainer()) {
-        return;
-    }
-    for (const Mero::RenderNodePtr& child : static_cast<Mero::ContainerRenderNode&>(node).children) {
-        if (std::optional<Mero::HostNodeList> views = child->collectHostNodes()) {
-            for (Mero::ViewRenderNode* view : *views) {
-                makeViews(*view);
-            }
-        }
-    }
-}
 
 // A card shown as the JVM benchmark shows it: 1080 wide, height from content,
 // texts measured at 120 by 30 by the host.
 void showCard(Mero::MeroInstance& instance, const std::string& templateText, const std::string& data)
 {
-    instance.runtime().hooks.measureText = [](const Mero::TextContent&) { return std::pair(120.0, 30.0); };
+    instance.bindHost(std::make_unique<NullHost>());
+    instance.runtime().services.measureText = [](const Mero::TextContent&) { return std::pair(120.0, 30.0); };
     instance.setScreenWidth(1080.0F);
     instance.loadTemplate(templateText);
     instance.setData(data, "{}");
@@ -68,7 +47,10 @@ void showCard(Mero::MeroInstance& instance, const std::string& templateText, con
     instance.initNode();
     instance.triggerInitEvent();
     instance.applyLayout();
-    makeViews(*instance.runtime().rootNode);
+    // What createComponentTree does for each host view, short of calling
+    // Java: the node's slot buffers, in one tree of views.
+    std::optional<Mero::ViewTree> views = instance.createComponentTree();
+    benchmark::DoNotOptimize(views);
 }
 
 // The two feed templates read the feed's data; the bridge card reads none.

@@ -11,7 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "render/Component.h"
+#include "render/RenderTree.h"
+#include "render/ViewHost.h"
 #include "render/ContainerRenderNode.h"
 #include "render/RenderNodeFactory.h"
 #include "render/ViewRenderNode.h"
@@ -73,28 +74,21 @@ std::shared_ptr<Mero::RuntimeEngine> cardEngine(int rows)
     Mero::debugMode = false;
     auto engine = std::make_shared<Mero::RuntimeEngine>();
     engine->loadTemplate(cardTemplate(rows));
-    engine->hooks.measureText = fakeMeasure;
+    engine->services.measureText = fakeMeasure;
     engine->screenScale = 1080.0 / 750.0;
     engine->widthMode = 1;
     engine->containerWidth = 1080.0F;
     return engine;
 }
 
-void layOut(Mero::RuntimeEngine& engine)
-{
-    YGNodeCalculateLayout(engine.rootNode->yogaNode, engine.containerWidth, engine.containerHeight, YGDirectionLTR);
-    engine.rootNode->applyLayout();
-}
-
 void BM_RenderInit_Mero(benchmark::State& state)
 {
     auto engine = cardEngine(rowsFor(state.range(0)));
     for (auto _ : state) {
-        engine->rootNode = Mero::createRenderNode(engine->elements, nullptr, engine, nullptr);
-        layOut(*engine);
-        benchmark::DoNotOptimize(engine->rootNode->layout.height);
-        engine->rootNode.reset();
-        engine->pendingNodes.clear();
+        Mero::RenderTree tree(engine);
+        tree.build(engine->elements);
+        tree.applyLayout();
+        benchmark::DoNotOptimize(tree.root()->layout.height);
     }
     state.counters["nodes"] = static_cast<double>(1 + nodesPerRow * rowsFor(state.range(0)));
 }
@@ -194,12 +188,11 @@ void BM_RenderNodeBytes(benchmark::State& state)
     double bytesPerNode = 0.0;
     for (auto _ : state) {
         const std::size_t before = heapInUse();
-        engine->rootNode = Mero::createRenderNode(engine->elements, nullptr, engine, nullptr);
-        layOut(*engine);
+        auto tree = std::make_unique<Mero::RenderTree>(engine);
+        tree->build(engine->elements);
+        tree->applyLayout();
         const std::size_t after = heapInUse();
         bytesPerNode = static_cast<double>(after - before) / (1 + nodesPerRow * rows);
-        engine->rootNode.reset();
-        engine->pendingNodes.clear();
     }
     state.counters["bytes_per_node"] = bytesPerNode;
 }
@@ -207,40 +200,28 @@ void BM_RenderNodeBytes(benchmark::State& state)
 BENCHMARK(BM_RenderNodeBytes)->Arg(101)->Iterations(20);
 
 // A host that does nothing with what it is sent.
-class SilentComponent : public Mero::Component {
+class SilentViews : public Mero::ViewHost {
 public:
-    void updateChildren(const std::vector<Mero::ChildChange>& /*changes*/) override {}
-    void updateProperties(const std::vector<Mero::PropertyUpdate>& properties) override
+    std::vector<const Mero::ViewRenderNode*> apply(const Mero::ChangeList& changes) override
     {
-        benchmark::DoNotOptimize(properties.data());
+        benchmark::DoNotOptimize(changes.data());
+        return {};
     }
-    void playAnimations(const std::vector<Mero::AnimatedUpdate>& /*animations*/) override {}
-    Mero::ContentSize getContentSize() override { return {}; }
-    void releaseComponents(Mero::ViewRenderNode* /*node*/) override {}
+    Mero::ContentSize contentSize(const std::string& /*viewId*/) override { return {}; }
 };
-
-void attachSilent(Mero::ViewRenderNode& node, SilentComponent& component)
-{
-    node.component = &component;
-    node.hasComponent = true;
-    if (node.isContainer()) {
-        for (const Mero::RenderNodePtr& child : static_cast<Mero::ContainerRenderNode&>(node).children) {
-            attachSilent(*child, component);
-        }
-    }
-}
 
 // SetVariable on the variable one title is bound to, through the
 // re-measure, the owed layout and the push, to the end of flush.
 void BM_RenderTextUpdate(benchmark::State& state)
 {
     auto engine = cardEngine(rowsFor(state.range(0)));
-    engine->rootNode = Mero::createRenderNode(engine->elements, nullptr, engine, nullptr);
-    layOut(*engine);
-    engine->flush();
-    SilentComponent component;
-    attachSilent(*engine->rootNode, component);
-    engine->layoutApplied = true;
+    SilentViews views;
+    Mero::RenderTree tree(engine);
+    tree.setViewHost(&views);
+    engine->setFlushHook([&tree] { tree.flush(); });
+    tree.build(engine->elements);
+    tree.applyLayout();
+    tree.createViews();
 
     const Mero::Value statements = Mero::JsonParser::read(R"({"short": [{"$": 4, "n": "title", "value": "Short"}],
         "long": [{"$": 4, "n": "title", "value": "A much longer title"}]})");

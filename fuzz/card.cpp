@@ -22,6 +22,8 @@
 #include "bridge/NativeBoundary.h"
 #include "engine/MeroInstance.h"
 #include "render/RenderNodeFactory.h"
+#include "render/ContainerRenderNode.h"
+#include "render/RenderTree.h"
 #include "runtime/RuntimeEngine.h"
 #include "runtime/ScriptRun.h"
 #include "support/MirrorHost.h"
@@ -265,7 +267,7 @@ void trace(const std::string& line)
 
 // The host side of one card: the mirror, the jobs and bridge calls it holds.
 struct FuzzHost {
-    MeroTest::MirrorHost mirror;
+    MeroTest::MirrorHost* mirror = nullptr;  // owned by the instance
     std::vector<int32_t> timeouts;
     std::vector<int32_t> videoJobs;
     std::vector<Mero::BridgeCallbackId> bridgeCalls;
@@ -273,28 +275,29 @@ struct FuzzHost {
 
 void installHooks(Mero::MeroInstance& instance, FuzzHost& host)
 {
-    Mero::HostHooks& hooks = instance.runtime().hooks;
-    hooks.measureText = [](const Mero::TextContent& content) {
+    host.mirror = MeroTest::MirrorHost::bind(instance);
+    Mero::RuntimeServices& services = instance.runtime().services;
+    services.measureText = [](const Mero::TextContent& content) {
         const double width = content.text != nullptr ? static_cast<double>(content.text->size()) * 7.0 : 0.0;
         return std::pair<double, double>(width, content.fontSize + 4.0);
     };
-    hooks.setTimeout = [&instance, &host](double, Mero::HostJob job) {
+    services.setTimeout = [&instance, &host](double, Mero::PendingJob job) {
         if (std::optional<int32_t> id = instance.addTimeoutJob(std::move(job))) {
             host.timeouts.push_back(*id);
         }
     };
-    hooks.startVideoTimer = [&instance, &host](double, double, Mero::VideoTimerListPtr entries) {
+    services.startVideoTimer = [&instance, &host](double, double, Mero::VideoTimerListPtr entries) {
         if (std::optional<int32_t> first = instance.addVideoTimerJobs(*entries)) {
             for (std::size_t i = 0; i < entries->size(); ++i) {
                 host.videoJobs.push_back(*first + static_cast<int32_t>(i));
             }
         }
     };
-    hooks.log = [](const std::string&) {};
-    hooks.callBridge = [&host](const std::string&, const Mero::Value&, Mero::BridgeReply reply) {
+    services.log = [](const std::string&) {};
+    services.callBridge = [&host](const std::string&, const Mero::Value&, Mero::BridgeReply reply) {
         host.bridgeCalls.push_back(Mero::MeroInstance::holdReply(std::move(reply)));
     };
-    hooks.callBridgeWithKeyPath = [&host](const std::string&, const Mero::Value&, const Mero::Value&,
+    services.callBridgeWithKeyPath = [&host](const std::string&, const Mero::Value&, const Mero::Value&,
                                           Mero::BridgeReply reply) {
         host.bridgeCalls.push_back(Mero::MeroInstance::holdReply(std::move(reply)));
     };
@@ -305,8 +308,8 @@ std::vector<std::string> nodeIds(Mero::MeroInstance& instance)
 {
     std::vector<std::string> ids;
     std::vector<Mero::ViewRenderNode*> waiting;
-    if (instance.runtime().rootNode) {
-        waiting.push_back(instance.runtime().rootNode.get());
+    if (instance.renderTree().root() != nullptr) {
+        waiting.push_back(instance.renderTree().root());
     }
     while (!waiting.empty()) {
         Mero::ViewRenderNode* node = waiting.back();
@@ -332,15 +335,14 @@ bool idsAreUnique(Mero::MeroInstance& instance)
 
 void checkInvariants(Mero::MeroInstance& instance, FuzzHost& host, const char* action)
 {
-    if (std::string difference = idsAreUnique(instance) ? host.mirror.difference(instance) : "";
+    if (std::string difference = idsAreUnique(instance) ? host.mirror->difference(instance) : "";
         !difference.empty()) {
         fail(std::string("after ") + action + ", the host's tree differs: " + difference);
     }
-    const Mero::RuntimeEngine& engine = instance.runtime();
-    if (engine.renderNodeCount > Mero::Limits::kMaxRenderNodes) {
+    if (instance.renderTree().nodeCount() > Mero::Limits::kMaxRenderNodes) {
         fail("too many render nodes");
     }
-    if (instance.timeoutJobs.size() + instance.videoTimerJobs.size() > Mero::Limits::kMaxPendingJobs) {
+    if (instance.pendingJobCount() > Mero::Limits::kMaxPendingJobs) {
         fail("too many pending jobs");
     }
     const Mero::ScriptRunState& run = Mero::scriptRunState;
@@ -453,7 +455,7 @@ void runCard(const std::string& templateText, const std::string& data, FuzzedDat
         Mero::runAtBoundary("initNode", [&] { instance.initNode(); });
         Mero::runAtBoundary("triggerInitEvent", [&] { instance.triggerInitEvent(); });
         Mero::runAtBoundary("applyLayout", [&] { instance.applyLayout(); });
-        Mero::runAtBoundary("createComponentTree", [&] { host.mirror.createComponentTree(instance); });
+        Mero::runAtBoundary("createComponentTree", [&] { host.mirror->createComponentTree(instance); });
         checkInvariants(instance, host, "the first layout");
         for (int step = 0; step < 24 && bytes.remaining_bytes() > 0; ++step) {
             act(instance, host, bytes);
@@ -471,6 +473,9 @@ void runCard(const std::string& templateText, const std::string& data, FuzzedDat
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     Mero::debugMode = false;  // as in a release build: reported errors only print
+    // A spent budget is what a hostile card gets; a smaller one reaches that
+    // sooner, so more cards are tried.
+    Mero::scriptRunState.stepBudget = 20'000;
     // Reported errors go nowhere: printing them would be most of the work.
     struct Discard : std::streambuf {
         int overflow(int c) override { return c; }

@@ -22,14 +22,14 @@ namespace {
 // Host hooks that accept every request; bridge calls are answered at once.
 void installQuietHooks(Mero::RuntimeEngine& engine)
 {
-    engine.hooks.log = [](const std::string&) {};
-    engine.hooks.setTimeout = [](double, Mero::HostJob) {};
-    engine.hooks.startVideoTimer = [](double, double, Mero::VideoTimerListPtr) {};
-    engine.hooks.measureText = [](const Mero::TextContent&) { return std::pair<double, double>(0.0, 0.0); };
-    engine.hooks.callBridge = [](const std::string&, const Mero::Value&, Mero::BridgeReply reply) {
+    engine.services.log = [](const std::string&) {};
+    engine.services.setTimeout = [](double, Mero::PendingJob) {};
+    engine.services.startVideoTimer = [](double, double, Mero::VideoTimerListPtr) {};
+    engine.services.measureText = [](const Mero::TextContent&) { return std::pair<double, double>(0.0, 0.0); };
+    engine.services.callBridge = [](const std::string&, const Mero::Value&, Mero::BridgeReply reply) {
         reply(Mero::Value());
     };
-    engine.hooks.callBridgeWithKeyPath = [](const std::string&, const Mero::Value&, const Mero::Value&,
+    engine.services.callBridgeWithKeyPath = [](const std::string&, const Mero::Value&, const Mero::Value&,
                                             Mero::BridgeReply reply) { reply(Mero::Value()); };
 }
 

@@ -5,7 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "bridge/HostLink.h"
+#include "bridge/JniHost.h"
+#include "engine/MeroInstance.h"
 #include "bridge/JniSupport.h"
 #include "runtime/NumberConversion.h"
 #include "runtime/RuntimeEngine.h"
@@ -32,7 +33,7 @@ jlong truncateToLong(double number)
 // Whether the host may still be called: bound and not released.
 bool hostAvailable(const MeroInstance& instance)
 {
-    return instance.host && instance.host->hostObject != nullptr && !instance.released;
+    return instance.host() != nullptr && instance.host()->attached() && !instance.released();
 }
 
 // Text measurement, timeouts and video timers look their method up on the
@@ -56,41 +57,50 @@ jmethodID methodOfHost(JNIEnv* env, jobject host, const char* name, const char* 
 
 std::pair<double, double> measureText(const MeroInstance& instance, const TextContent& content)
 {
-    const HostLink& link = hostLink(instance);
-    JNIEnv* env = link.env;
+    const JniHost& host = jniHost(instance);
+    JNIEnv* env = host.env();
+    // After a Java exception no further JNI call is made: the text measures 0.
+    if (host.javaThrew()) {
+        return {0.0, 0.0};
+    }
     jmethodID method = methodOfNativeClass(env, "measureText", "(Ljava/lang/String;FIIFFFIFI)[F");
+    if (host.javaThrew()) {
+        return {0.0, 0.0};
+    }
     jstring text = newJavaString(env, content.text != nullptr ? *content.text : std::string());
     auto size = static_cast<jfloatArray>(
-        env->CallObjectMethod(link.hostObject, method, text, static_cast<jfloat>(content.fontSize), content.textStyle,
-                              content.maxLines, static_cast<jfloat>(content.lineHeight),
+        env->CallObjectMethod(host.hostObject(), method, text, static_cast<jfloat>(content.fontSize),
+                              content.textStyle, content.maxLines, static_cast<jfloat>(content.lineHeight),
                               static_cast<jfloat>(content.textInterval), static_cast<jfloat>(content.width),
                               content.widthMode, static_cast<jfloat>(content.height), content.heightMode));
     env->DeleteLocalRef(text);
     // Copied out rather than pinned, so nothing is left to release.
     jfloat values[2] = {0.0F, 0.0F};
-    if (size != nullptr && env->GetArrayLength(size) >= 2) {
+    if (!host.javaThrew() && size != nullptr && env->GetArrayLength(size) >= 2) {
         env->GetFloatArrayRegion(size, 0, 2, values);
     }
     env->DeleteLocalRef(size);
     return {values[0], values[1]};
 }
 
-void setTimeout(MeroInstance& instance, double delay, HostJob job)
+void setTimeout(MeroInstance& instance, double delay, PendingJob job)
 {
     // No check of the host here: a released instance is never driven.
     const int32_t milliseconds = truncateToInt32(delay);
     const std::optional<int32_t> id = instance.addTimeoutJob(std::move(job));
-    if (!id) {
+    const JniHost& host = jniHost(instance);
+    if (!id || host.javaThrew()) {
         return;
     }
-    const HostLink& link = hostLink(instance);
-    jmethodID method = methodOfNativeClass(link.env, "setTimeout", "(JI)V");
-    link.env->CallVoidMethod(link.hostObject, method, static_cast<jlong>(milliseconds), *id);
+    jmethodID method = methodOfNativeClass(host.env(), "setTimeout", "(JI)V");
+    if (!host.javaThrew()) {
+        host.env()->CallVoidMethod(host.hostObject(), method, static_cast<jlong>(milliseconds), *id);
+    }
 }
 
 void startVideoTimer(MeroInstance& instance, double first, double second, VideoTimerListPtr entries)
 {
-    if (!hostAvailable(instance) || !entries || entries->empty()) {
+    if (!hostAvailable(instance) || !entries || entries->empty() || jniHost(instance).javaThrew()) {
         return;
     }
     const std::optional<int32_t> firstJob = instance.addVideoTimerJobs(*entries);
@@ -107,49 +117,63 @@ void startVideoTimer(MeroInstance& instance, double first, double second, VideoT
         times[static_cast<std::size_t>(entry)] = static_cast<jint>(seconds * 1000);
         ids[static_cast<std::size_t>(entry)] = firstId + entry;
     }
-    const HostLink& link = hostLink(instance);
-    JNIEnv* env = link.env;
+    const JniHost& host = jniHost(instance);
+    JNIEnv* env = host.env();
     jintArray timeArray = env->NewIntArray(count);
     env->SetIntArrayRegion(timeArray, 0, count, times.data());
     jintArray idArray = env->NewIntArray(count);
     env->SetIntArrayRegion(idArray, 0, count, ids.data());
     jmethodID method = methodOfNativeClass(env, "startVideoTimerTask", "(JI[I[I)V");
-    env->CallVoidMethod(link.hostObject, method, truncateToLong(second), truncateToInt32(first), timeArray, idArray);
+    if (!host.javaThrew()) {
+        env->CallVoidMethod(host.hostObject(), method, truncateToLong(second), truncateToInt32(first), timeArray,
+                            idArray);
+    }
     env->DeleteLocalRef(timeArray);
     env->DeleteLocalRef(idArray);
 }
 
 void sendLog(const MeroInstance& instance, const std::string& message)
 {
-    if (!hostAvailable(instance)) {
+    if (!hostAvailable(instance) || jniHost(instance).javaThrew()) {
         return;
     }
-    const HostLink& link = hostLink(instance);
-    jmethodID method = methodOfHost(link.env, link.hostObject, "sendALog", "(Ljava/lang/String;)V");
-    jstring text = newJavaString(link.env, message);
-    link.env->CallVoidMethod(link.hostObject, method, text);
-    link.env->DeleteLocalRef(text);
+    const JniHost& host = jniHost(instance);
+    jmethodID method = methodOfHost(host.env(), host.hostObject(), "sendALog", "(Ljava/lang/String;)V");
+    if (host.javaThrew()) {
+        return;
+    }
+    jstring text = newJavaString(host.env(), message);
+    host.env()->CallVoidMethod(host.hostObject(), method, text);
+    host.env()->DeleteLocalRef(text);
 }
 
 void callBridge(const MeroInstance& instance, const std::string& name, const Value& params, const Value* keyPath,
                 BridgeReply reply)
 {
-    if (!hostAvailable(instance)) {
+    if (!hostAvailable(instance) || jniHost(instance).javaThrew()) {
         return;
     }
-    const BridgeCallbackId callbackId = MeroInstance::holdReply(std::move(reply));
-    const HostLink& link = hostLink(instance);
-    JNIEnv* env = link.env;
+    const JniHost& host = jniHost(instance);
+    JNIEnv* env = host.env();
+    jobject hostObject = host.hostObject();
     jstring method = newJavaString(env, name);
     jstring paramsJson = newJavaString(env, toJsonString(params));
+    // Held only once the call is certain to be made: a reply that can never
+    // come would never be freed.
     if (keyPath == nullptr) {
-        jmethodID call = methodOfHost(env, link.hostObject, "callJSB", "(Ljava/lang/String;Ljava/lang/String;J)V");
-        env->CallVoidMethod(link.hostObject, call, method, paramsJson, static_cast<jlong>(callbackId));
+        jmethodID call = methodOfHost(env, hostObject, "callJSB", "(Ljava/lang/String;Ljava/lang/String;J)V");
+        if (!host.javaThrew()) {
+            const BridgeCallbackId callbackId = MeroInstance::holdReply(std::move(reply));
+            env->CallVoidMethod(hostObject, call, method, paramsJson, static_cast<jlong>(callbackId));
+        }
     } else {
         jstring keyPathJson = newJavaString(env, toJsonString(*keyPath));
-        jmethodID call = methodOfHost(env, link.hostObject, "callJSBWithKeyPath",
+        jmethodID call = methodOfHost(env, hostObject, "callJSBWithKeyPath",
                                       "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;J)V");
-        env->CallVoidMethod(link.hostObject, call, method, paramsJson, keyPathJson, static_cast<jlong>(callbackId));
+        if (!host.javaThrew()) {
+            const BridgeCallbackId callbackId = MeroInstance::holdReply(std::move(reply));
+            env->CallVoidMethod(hostObject, call, method, paramsJson, keyPathJson, static_cast<jlong>(callbackId));
+        }
         env->DeleteLocalRef(keyPathJson);
     }
     env->DeleteLocalRef(method);
@@ -158,20 +182,20 @@ void callBridge(const MeroInstance& instance, const std::string& name, const Val
 
 }  // namespace
 
-void installHostHooks(MeroInstance& instance)
+void installRuntimeServices(MeroInstance& instance)
 {
-    HostHooks& hooks = instance.runtime().hooks;
+    RuntimeServices& services = instance.runtime().services;
     MeroInstance* owner = &instance;
-    hooks.measureText = [owner](const TextContent& content) { return measureText(*owner, content); };
-    hooks.setTimeout = [owner](double delay, HostJob job) { setTimeout(*owner, delay, std::move(job)); };
-    hooks.startVideoTimer = [owner](double first, double second, VideoTimerListPtr entries) {
+    services.measureText = [owner](const TextContent& content) { return measureText(*owner, content); };
+    services.setTimeout = [owner](double delay, PendingJob job) { setTimeout(*owner, delay, std::move(job)); };
+    services.startVideoTimer = [owner](double first, double second, VideoTimerListPtr entries) {
         startVideoTimer(*owner, first, second, std::move(entries));
     };
-    hooks.log = [owner](const std::string& message) { sendLog(*owner, message); };
-    hooks.callBridge = [owner](const std::string& name, const Value& params, BridgeReply reply) {
+    services.log = [owner](const std::string& message) { sendLog(*owner, message); };
+    services.callBridge = [owner](const std::string& name, const Value& params, BridgeReply reply) {
         callBridge(*owner, name, params, nullptr, std::move(reply));
     };
-    hooks.callBridgeWithKeyPath = [owner](const std::string& name, const Value& params, const Value& keyPath,
+    services.callBridgeWithKeyPath = [owner](const std::string& name, const Value& params, const Value& keyPath,
                                           BridgeReply reply) {
         callBridge(*owner, name, params, &keyPath, std::move(reply));
     };

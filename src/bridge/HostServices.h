@@ -8,7 +8,7 @@ namespace Mero {
 class MeroInstance;
 
 // Installs the six hooks on the instance's engine. Each captures the
-// instance, which owns the engine and so outlives every call of its hooks.
-void installHostHooks(MeroInstance& instance);
+// instance, which owns the engine and so outlives every call of its services.
+void installRuntimeServices(MeroInstance& instance);
 
 }  // namespace Mero

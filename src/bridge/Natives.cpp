@@ -5,16 +5,18 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "bridge/AndroidBuf.h"
 #include "bridge/BridgeLog.h"
-#include "bridge/HostLink.h"
 #include "bridge/HostServices.h"
 #include "bridge/JniSupport.h"
+#include "bridge/JniHost.h"
 #include "bridge/NativeBoundary.h"
-#include "bridge/RenderViewController.h"
 #include "engine/InstanceRegistry.h"
+#include "render/RenderTree.h"
 #include "runtime/RuntimeEngine.h"
 #include "value/ErrorReporting.h"
 
@@ -39,7 +41,8 @@ MeroInstance* presentInstance(jint handle)
 MeroInstance* liveInstance(jint handle)
 {
     MeroInstance* instance = findInstance(handle);
-    if (instance == nullptr || !instance->host || instance->host->hostObject == nullptr || instance->released) {
+    if (instance == nullptr || instance->host() == nullptr || !instance->host()->attached() ||
+        instance->released()) {
         return nullptr;
     }
     return instance;
@@ -49,7 +52,7 @@ MeroInstance* liveInstance(jint handle)
 MeroInstance* liveInstanceWithEngine(jint handle)
 {
     MeroInstance* instance = liveInstance(handle);
-    return instance != nullptr && instance->engine ? instance : nullptr;
+    return instance != nullptr && instance->engine() ? instance : nullptr;
 }
 
 void initMREngine(JNIEnv* env, jobject self, jint handle, jboolean log, jboolean debug)
@@ -65,22 +68,26 @@ void initMREngine(JNIEnv* env, jobject self, jint handle, jboolean log, jboolean
             return;
         }
         auto instance = std::make_unique<MeroInstance>();
-        instance->host.reset(new HostLink{env, env->NewGlobalRef(self)});
-        installHostHooks(*instance);
+        instance->bindHost(std::make_unique<JniHost>(env, env->NewGlobalRef(self)));
+        installRuntimeServices(*instance);
         registerInstance(handle, std::move(instance));
     });
 }
 
 void updateEnv(JNIEnv* env, jobject /*self*/, jint handle)
 {
-    logBridge("updateEnv");
-    setUpInstance(handle).host->env = env;
+    runAtBoundary("updateEnv", [&] {
+        logBridge("updateEnv");
+        jniHost(setUpInstance(handle)).setEnv(env);
+    });
 }
 
 void setScreenWidth(JNIEnv* /*env*/, jobject /*self*/, jint handle, jfloat screenWidth)
 {
-    logBridge("setScreenWidth");
-    setUpInstance(handle).setScreenWidth(screenWidth);
+    runAtBoundary("setScreenWidth", [&] {
+        logBridge("setScreenWidth");
+        setUpInstance(handle).setScreenWidth(screenWidth);
+    });
 }
 
 void loadTemplate(JNIEnv* env, jobject /*self*/, jint handle, jstring text)
@@ -131,10 +138,9 @@ void releaseInstance(JNIEnv* env, jobject /*self*/, jint handle)
         if (instance == nullptr) {
             return;
         }
-        instance->released = true;
-        if (instance->host && instance->host->hostObject != nullptr) {
-            env->DeleteGlobalRef(instance->host->hostObject);
-            instance->host->hostObject = nullptr;
+        instance->release();
+        if (instance->host() != nullptr) {
+            jniHost(*instance).detach(env);
         }
         // Pending jobs go with the instance and never run.
         unregisterInstance(handle);
@@ -181,8 +187,10 @@ void initNode(JNIEnv* /*env*/, jobject /*self*/, jint handle)
 void initContainerSize(JNIEnv* /*env*/, jobject /*self*/, jint handle, jfloat width, jfloat height, jint widthMode,
                        jint heightMode)
 {
-    logBridge("initContainerSize");
-    setUpInstance(handle).initContainerSize(width, height, widthMode, heightMode);
+    runAtBoundary("initContainerSize", [&] {
+        logBridge("initContainerSize");
+        setUpInstance(handle).initContainerSize(width, height, widthMode, heightMode);
+    });
 }
 
 void triggerInitEvent(JNIEnv* /*env*/, jobject /*self*/, jint handle)
@@ -206,8 +214,14 @@ jobject createComponentTree(JNIEnv* /*env*/, jobject /*self*/, jint handle)
     return runAtBoundary("createComponentTree", static_cast<jobject>(nullptr), [&]() -> jobject {
         logBridge("createComponentTree");
         MeroInstance& instance = setUpInstance(handle);
-        ViewRenderNode* root = instance.runtime().rootNode.get();
-        return root != nullptr ? createHostComponent(instance, *root) : nullptr;
+        std::optional<ViewTree> views = instance.createComponentTree();
+        if (!views) {
+            return nullptr;
+        }
+        std::vector<const ViewRenderNode*> refused;
+        jobject root = jniHost(instance).makeViews(*views, refused);
+        instance.renderTree().viewsRefused(refused);
+        return root;
     });
 }
 
@@ -231,9 +245,11 @@ void executeVideoTimerJob(JNIEnv* /*env*/, jobject /*self*/, jint handle, jint j
 
 void clearVideoTimerJobs(JNIEnv* /*env*/, jobject /*self*/, jint handle)
 {
-    if (MeroInstance* instance = presentInstance(handle)) {
-        instance->clearVideoTimerJobs();
-    }
+    runAtBoundary("clearVideoTimerJobs", [&] {
+        if (MeroInstance* instance = presentInstance(handle)) {
+            instance->clearVideoTimerJobs();
+        }
+    });
 }
 
 void sendSwiperEvent(JNIEnv* env, jobject /*self*/, jint handle, jstring componentId, jint index)

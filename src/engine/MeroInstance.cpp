@@ -4,13 +4,10 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <deque>
 #include <utility>
 
-#include "bridge/BridgeLog.h"
-#include "render/Component.h"
-#include "render/ContainerRenderNode.h"
 #include "render/RenderNodeFactory.h"
+#include "render/RenderTree.h"
 #include "render/SwiperRenderNode.h"
 #include "runtime/RuntimeEngine.h"
 #include "runtime/ScriptRun.h"
@@ -19,43 +16,6 @@
 namespace Mero {
 
 namespace {
-
-// Visits `root` and every node below it, breadth first, until `visit`
-// answers true; hidden children included. Answers the node that stopped it.
-template <typename Visit>
-ViewRenderNode* walkBreadthFirst(ViewRenderNode* root, Visit visit)
-{
-    std::deque<ViewRenderNode*> waiting;
-    if (root != nullptr) {
-        waiting.push_back(root);
-    }
-    while (!waiting.empty()) {
-        ViewRenderNode* node = waiting.front();
-        waiting.pop_front();
-        if (visit(node)) {
-            return node;
-        }
-        if (node->isContainer()) {
-            for (const RenderNodePtr& child : static_cast<ContainerRenderNode*>(node)->children) {
-                waiting.push_back(child.get());
-            }
-        }
-    }
-    return nullptr;
-}
-
-// A node holds its host controller without owning it; the instance that made
-// the controllers destroys them when the tree goes. Nodes then hold none, so
-// a node that outlives this (an engine still held by a running dispatch)
-// simply sends nothing.
-void destroyComponents(ViewRenderNode* root)
-{
-    walkBreadthFirst(root, [](ViewRenderNode* node) {
-        delete node->component;
-        node->component = nullptr;
-        return false;
-    });
-}
 
 bool sameSize(float stored, float given)
 {
@@ -80,28 +40,36 @@ int32_t normalizeMeasureMode(int32_t mode)
     return mode == 1 || mode == 2 ? mode : 0;
 }
 
-ViewRenderNode* findRenderNode(ViewRenderNode* root, std::string_view nodeId)
+MeroInstance::MeroInstance()
+    : engine_(std::make_shared<RuntimeEngine>()), tree_(std::make_unique<RenderTree>(engine_))
 {
-    return walkBreadthFirst(root, [nodeId](const ViewRenderNode* node) { return node->nodeId == nodeId; });
+    // Script that finishes a piece of work later (a timer, a bridge reply)
+    // brings the host up to date through the render tree.
+    engine_->setFlushHook([tree = tree_.get()] { tree->flush(); });
 }
-
-MeroInstance::MeroInstance() : engine(std::make_shared<RuntimeEngine>()) {}
 
 MeroInstance::~MeroInstance()
 {
-    if (engine) {
-        destroyComponents(engine->rootNode.get());
-    }
+    // The runtime may outlive the tree for as long as something still holds
+    // it: it must not reach the tree from then on.
+    engine_->setFlushHook(nullptr);
+    tree_.reset();
+}
+
+void MeroInstance::bindHost(std::unique_ptr<Host> host)
+{
+    host_ = std::move(host);
+    tree_->setViewHost(host_.get());
 }
 
 void MeroInstance::setScreenWidth(float screenWidth)
 {
-    engine->screenScale = static_cast<double>(screenWidth) / 750.0;
+    engine_->screenScale = static_cast<double>(screenWidth) / 750.0;
 }
 
 void MeroInstance::loadTemplate(std::string_view text)
 {
-    engine->loadTemplate(text);
+    engine_->loadTemplate(text);
 }
 
 void MeroInstance::setData(std::string_view data, std::string_view extraData)
@@ -110,9 +78,9 @@ void MeroInstance::setData(std::string_view data, std::string_view extraData)
     Value extra = JsonParser::read(extraData);
     // The reader's root is always an object; the data map is shared, not
     // copied. Extra data never replaces a key the data already has.
-    engine->data = values.objectPtr();
+    engine_->data = values.objectPtr();
     for (const auto& [key, value] : extra.object()) {
-        engine->data->try_emplace(key, value);
+        engine_->data->try_emplace(key, value);
     }
 }
 
@@ -121,85 +89,63 @@ void MeroInstance::initContainerSize(float width, float height, int32_t widthMod
     // In "at most" mode the stored size is undefined, not the bound given:
     // the maximum set from it in applyLayout is then undefined too. Kept on
     // purpose.
-    engine->containerHeight = heightMode == 1 ? height : YGUndefined;
-    engine->containerWidth = widthMode == 1 ? width : YGUndefined;
-    engine->widthMode = normalizeMeasureMode(widthMode);
-    engine->heightMode = normalizeMeasureMode(heightMode);
+    engine_->containerHeight = heightMode == 1 ? height : YGUndefined;
+    engine_->containerWidth = widthMode == 1 ? width : YGUndefined;
+    engine_->widthMode = normalizeMeasureMode(widthMode);
+    engine_->heightMode = normalizeMeasureMode(heightMode);
 }
 
 void MeroInstance::initNode()
 {
-    // Binding a property evaluates script: building the tree is an entry.
-    ScriptRun entry;
-    RenderNodePtr previous = std::move(engine->rootNode);
-    engine->rootNode = createRenderNode(engine->elements, nullptr, engine, nullptr);
-    destroyComponents(previous.get());
+    tree_->build(engine_->elements);
 }
 
 void MeroInstance::triggerInitEvent()
 {
     // No flush: the first layout and the host views come next.
-    engine->dispatchEvent("onLoad", Value());
-}
-
-void MeroInstance::applyContainerBounds()
-{
-    ViewRenderNode* root = engine->rootNode.get();
-    if (engine->widthMode == 2) {
-        YGNodeStyleSetMaxWidth(root->yogaNode, engine->containerWidth);
-    }
-    if (engine->heightMode == 2) {
-        YGNodeStyleSetMaxHeight(root->yogaNode, engine->containerHeight);
-    }
+    engine_->dispatchEvent("onLoad", Value());
 }
 
 void MeroInstance::applyLayout()
 {
-    ViewRenderNode* root = engine->rootNode.get();
-    if (root == nullptr) {
-        engine->layoutApplied = true;
-        return;
-    }
-    applyContainerBounds();
-    YGNodeCalculateLayout(root->yogaNode, engine->containerWidth, engine->containerHeight, YGDirectionLTR);
-    // Also before the host views exist: reading the results fills the
-    // layout caches that each view is created from. What the nodes queue on
-    // the way is dropped when their views are made.
-    root->applyLayout();
-    engine->layoutApplied = true;
+    tree_->applyLayout();
 }
 
-void MeroInstance::flushEngine()
+std::optional<ViewTree> MeroInstance::createComponentTree()
 {
-    engine->flush();
+    return tree_->createViews();
+}
+
+void MeroInstance::flush()
+{
+    tree_->flush();
 }
 
 void MeroInstance::updateLayout(float width, float height, int32_t widthMode, int32_t heightMode)
 {
+    RuntimeEngine& engine = *engine_;
     const int32_t newWidthMode = normalizeMeasureMode(widthMode);
     const int32_t newHeightMode = normalizeMeasureMode(heightMode);
-    if (engine->widthMode == 0 && engine->heightMode == 0 && newWidthMode == 0 && newHeightMode == 0) {
+    if (engine.widthMode == 0 && engine.heightMode == 0 && newWidthMode == 0 && newHeightMode == 0) {
         return;
     }
     // Only sizes are compared: a change of mode alone does nothing.
-    if (sameSize(engine->containerWidth, width) && sameSize(engine->containerHeight, height)) {
+    if (sameSize(engine.containerWidth, width) && sameSize(engine.containerHeight, height)) {
         return;
     }
-    engine->widthMode = newWidthMode;
-    engine->heightMode = newHeightMode;
-    engine->containerWidth = widthMode == 1 ? width : YGUndefined;
-    engine->containerHeight = heightMode == 1 ? height : YGUndefined;
-    if (engine->rootNode) {
-        applyContainerBounds();
-    }
-    engine->needsLayout = true;
-    flushEngine();
+    engine.widthMode = newWidthMode;
+    engine.heightMode = newHeightMode;
+    engine.containerWidth = widthMode == 1 ? width : YGUndefined;
+    engine.containerHeight = heightMode == 1 ? height : YGUndefined;
+    tree_->applyContainerBounds();
+    tree_->requestLayout();
+    flush();
 }
 
 void MeroInstance::markDirty(const std::string& componentId)
 {
-    ViewRenderNode* node = findRenderNode(engine->rootNode.get(), componentId);
-    if (node == nullptr || !node->hasComponent || node->isEmpty) {
+    ViewRenderNode* node = tree_->find(componentId);
+    if (node == nullptr || !node->hasView || node->isEmpty) {
         return;
     }
     if (isFixedSize(YGNodeStyleGetWidth(node->yogaNode)) && isFixedSize(YGNodeStyleGetHeight(node->yogaNode))) {
@@ -210,22 +156,22 @@ void MeroInstance::markDirty(const std::string& componentId)
     if (YGNodeHasMeasureFunc(node->yogaNode)) {
         YGNodeMarkDirty(node->yogaNode);
     }
-    if (std::shared_ptr<RuntimeEngine> runtime = node->engine.lock()) {
-        runtime->needsLayout = true;
-        runtime->flush();
+    if (!node->engine.expired()) {
+        tree_->requestLayout();
+        flush();
     }
 }
 
 void MeroInstance::sendEvent(const std::string& name, std::string_view payload)
 {
     const Value value = payload.empty() ? Value(Kind::Object) : JsonParser::read(payload);
-    engine->dispatchEvent(name, value);
-    flushEngine();
+    engine_->dispatchEvent(name, value);
+    flush();
 }
 
 void MeroInstance::sendClickEvent(const std::string& componentId)
 {
-    ViewRenderNode* node = findRenderNode(engine->rootNode.get(), componentId);
+    ViewRenderNode* node = tree_->find(componentId);
     if (node == nullptr || node->onClick.empty()) {
         return;
     }
@@ -233,13 +179,13 @@ void MeroInstance::sendClickEvent(const std::string& componentId)
         // The handler's scope receives a copy of the node's locals; the
         // node's own scope is never changed.
         runtime->dispatchEvent(node->onClick, Value(Kind::Object), node->scope);
-        runtime->flush();
+        flush();
     }
 }
 
 void MeroInstance::sendSwiperEvent(const std::string& componentId, int32_t index)
 {
-    auto* swiper = dynamic_cast<SwiperRenderNode*>(findRenderNode(engine->rootNode.get(), componentId));
+    auto* swiper = dynamic_cast<SwiperRenderNode*>(tree_->find(componentId));
     if (swiper == nullptr || swiper->type != static_cast<uint32_t>(ElementType::Swiper)) {
         return;
     }
@@ -251,17 +197,17 @@ void MeroInstance::sendSwiperEvent(const std::string& componentId, int32_t index
     Value detail = Value::makeObject({{"current", Value(index)}});
     const Value payload = Value::makeObject({{"detail", std::move(detail)}});
     runtime->dispatchEvent(eventName, payload, swiper->scope);
-    runtime->flush();
+    flush();
 }
 
-std::optional<int32_t> MeroInstance::addTimeoutJob(HostJob&& job)
+std::optional<int32_t> MeroInstance::addTimeoutJob(PendingJob&& job)
 {
-    if (timeoutJobs.size() + videoTimerJobs.size() >= Limits::kMaxPendingJobs) {
+    if (timeoutJobs_.size() + videoTimerJobs_.size() >= Limits::kMaxPendingJobs) {
         reportLimit(Limit::PendingJobs);
         return std::nullopt;
     }
     const int32_t id = drawJobId();
-    timeoutJobs.try_emplace(id, std::move(job));
+    timeoutJobs_.try_emplace(id, std::move(job));
     return id;
 }
 
@@ -270,40 +216,42 @@ std::optional<int32_t> MeroInstance::addVideoTimerJobs(VideoTimerList& entries)
     if (entries.empty()) {
         return std::nullopt;
     }
-    if (timeoutJobs.size() + videoTimerJobs.size() + entries.size() > Limits::kMaxPendingJobs) {
+    if (timeoutJobs_.size() + videoTimerJobs_.size() + entries.size() > Limits::kMaxPendingJobs) {
         reportLimit(Limit::PendingJobs);
         return std::nullopt;
     }
     const int32_t firstId = drawJobId();
     int32_t id = firstId;
     for (VideoTimerEntry& entry : entries) {
-        videoTimerJobs.try_emplace(id++, std::move(entry.second));
+        videoTimerJobs_.try_emplace(id++, std::move(entry.second));
     }
     return firstId;
 }
 
 void MeroInstance::executeTimeoutJob(int32_t jobId)
 {
-    auto found = timeoutJobs.find(jobId);
-    if (found != timeoutJobs.end() && found->second) {
+    auto found = timeoutJobs_.find(jobId);
+    if (found != timeoutJobs_.end() && found->second) {
         found->second();
     }
-    timeoutJobs.erase(jobId);
+    timeoutJobs_.erase(jobId);
 }
 
 void MeroInstance::executeVideoTimerJob(int32_t jobId)
 {
-    auto found = videoTimerJobs.find(jobId);
-    if (found != videoTimerJobs.end() && found->second) {
-        logBridge("find video task, executing...");
+    auto found = videoTimerJobs_.find(jobId);
+    if (found != videoTimerJobs_.end() && found->second) {
+        if (host_) {
+            host_->logLine("find video task, executing...");
+        }
         found->second();
     }
-    videoTimerJobs.erase(jobId);
+    videoTimerJobs_.erase(jobId);
 }
 
 void MeroInstance::clearVideoTimerJobs()
 {
-    videoTimerJobs.clear();
+    videoTimerJobs_.clear();
 }
 
 BridgeCallbackId MeroInstance::holdReply(BridgeReply reply)

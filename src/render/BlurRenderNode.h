@@ -16,8 +16,8 @@ public:
         leafNumber("blurAlpha", PropertyId::BlurAlpha),
     }};
 
-    BlurRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope)
-        : ViewRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+    BlurRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope)
+        : ViewRenderNode(element, parentNode, renderTree, std::move(localScope))
     {
         bindLeafProperties(element, propertyTable, values);
     }

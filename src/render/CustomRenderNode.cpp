@@ -15,9 +15,9 @@ YGSize measureCustom(YGNodeConstRef /*yogaNode*/, float width, YGMeasureMode wid
 
 }  // namespace
 
-CustomRenderNode::CustomRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+CustomRenderNode::CustomRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                    LocalScope localScope)
-    : ViewRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+    : ViewRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
     YGNodeSetMeasureFunc(yogaNode, measureCustom);
     bindLeafProperties(element, propertyTable, values);

@@ -18,7 +18,7 @@ public:
         leafText("extra", PropertyId::Extra),
     }};
 
-    CustomRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope);
+    CustomRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope);
 
     const std::string& customType() const { return values[CustomType].string(); }
     const std::string& extra() const { return values[Extra].string(); }

@@ -39,9 +39,9 @@ constexpr std::array<FlexRow, 5> flexRows{{
 
 }  // namespace
 
-FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                LocalScope localScope)
-    : ContainerRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+    : ContainerRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
     if (const Value* list = NodeBinding::propertyOf(element, "children")) {
         childElements = *list;
@@ -62,7 +62,7 @@ void FlexRenderNode::createChildren()
     if (!elements.empty()) {
         children.reserve(elements.size());
         for (const Value& element : elements) {
-            RenderNodePtr child = createRenderNode(element, this, engine, scope);
+            RenderNodePtr child = createRenderNode(element, this, tree(), scope);
             if (!child) {
                 std::cout << "create render node failed" << std::endl;
                 continue;

@@ -2,12 +2,13 @@
 
 #include "render/NodeBinding.h"
 #include "render/RenderNodeFactory.h"
+#include "render/RenderTree.h"
 
 namespace Mero {
 
-ForRenderNode::ForRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+ForRenderNode::ForRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                              LocalScope localScope)
-    : FlexRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+    : FlexRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
     if (const Value* source = NodeBinding::propertyOf(element, "list")) {
         Value items =
@@ -32,7 +33,7 @@ RenderNodePtr ForRenderNode::buildItem(std::size_t index)
     LocalScope itemScope = scope ? std::make_shared<ScopeMap>(*scope) : makeLocalScope();
     (*itemScope)[indexName] = Value(static_cast<double>(index));
     (*itemScope)[itemName] = (*list)[index];
-    return createRenderNode(itemTemplate, this, engine, itemScope);
+    return createRenderNode(itemTemplate, this, tree(), itemScope);
 }
 
 void ForRenderNode::buildItems()
@@ -43,7 +44,7 @@ void ForRenderNode::buildItems()
     children.reserve(list->size());
     for (std::size_t i = 0; i < list->size(); ++i) {
         // A list longer than the card may hold builds the items that fit.
-        if (!mayAddRenderNode(engine)) {
+        if (!tree().mayAddNode()) {
             break;
         }
         if (RenderNodePtr item = buildItem(i)) {

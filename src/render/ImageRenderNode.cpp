@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "render/Component.h"
+#include "render/RenderTree.h"
+#include "render/ViewHost.h"
 
 namespace Mero {
 
@@ -18,9 +19,9 @@ YGSize measureImage(YGNodeConstRef yogaNode, float width, YGMeasureMode widthMod
 
 }  // namespace
 
-ImageRenderNode::ImageRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+ImageRenderNode::ImageRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                  LocalScope localScope)
-    : ViewRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+    : ViewRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
     YGNodeSetMeasureFunc(yogaNode, measureImage);
     bindLeafProperties(element, propertyTable, values);
@@ -31,10 +32,11 @@ YGSize ImageRenderNode::measure(float width, YGMeasureMode widthMode, float heig
     if (widthMode == YGMeasureModeExactly && heightMode == YGMeasureModeExactly) {
         return YGSize{width, height};
     }
-    if (component == nullptr) {
+    ViewHost* host = tree().viewHost();
+    if (!hasView || host == nullptr) {
         return YGSize{0.0F, 0.0F};
     }
-    const ContentSize content = component->getContentSize();
+    const ContentSize content = host->contentSize(nodeId);
     const float contentWidth = content.width;
     const float contentHeight = content.height;
     if (widthMode == YGMeasureModeExactly) {

@@ -17,7 +17,7 @@ public:
         leafNumber("scaleMode", PropertyId::ScaleMode),
     }};
 
-    ImageRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope);
+    ImageRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope);
 
     const std::string& src() const { return values[Src].string(); }
     double scaleMode() const { return values[ScaleMode].number(); }

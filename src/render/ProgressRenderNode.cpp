@@ -4,9 +4,9 @@
 
 namespace Mero {
 
-ProgressRenderNode::ProgressRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+ProgressRenderNode::ProgressRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                        LocalScope localScope)
-    : ViewRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+    : ViewRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
     if (const Value* data = NodeBinding::propertyOf(element, "businessData")) {
         businessData = *data;

@@ -41,7 +41,7 @@ public:
         leafText("dl_text_installed", PropertyId::TextInstalled),
     }};
 
-    ProgressRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+    ProgressRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                        LocalScope localScope);
 
     Value businessData;  // kept as the template gives it, unevaluated

@@ -18,8 +18,8 @@ public:
         leafNumber("rating_empty_opacity", PropertyId::RatingEmptyOpacity),
     }};
 
-    RatingRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope)
-        : ViewRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+    RatingRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope)
+        : ViewRenderNode(element, parentNode, renderTree, std::move(localScope))
     {
         bindLeafProperties(element, propertyTable, values);
     }

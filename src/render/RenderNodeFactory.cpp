@@ -13,7 +13,7 @@
 #include "render/TextRenderNode.h"
 #include "render/VideoRenderNode.h"
 #include "runtime/NumberConversion.h"
-#include "runtime/RuntimeEngine.h"
+#include "render/RenderTree.h"
 #include "runtime/ScriptRun.h"
 
 namespace Mero {
@@ -21,32 +21,32 @@ namespace Mero {
 namespace {
 
 template <typename Node>
-RenderNodePtr make(const Value& element, ContainerRenderNode* parent, const EngineRef& engine, const LocalScope& scope)
+RenderNodePtr make(const Value& element, ContainerRenderNode* parent, RenderTree& tree, const LocalScope& scope)
 {
-    return RenderNodePtr(new Node(element, parent, engine, scope));
+    return RenderNodePtr(new Node(element, parent, tree, scope));
 }
 
-RenderNodePtr constructNode(const Value& element, ContainerRenderNode* parent, const EngineRef& engine,
+RenderNodePtr constructNode(const Value& element, ContainerRenderNode* parent, RenderTree& tree,
                             const LocalScope& scope)
 {
     auto found = element.object().find("$");
     const double code = found == element.object().end() ? 0.0 : found->second.number();
     switch (static_cast<ElementType>(truncateToUint32(code))) {
-    case ElementType::View: return make<ViewRenderNode>(element, parent, engine, scope);
-    case ElementType::For: return make<ForRenderNode>(element, parent, engine, scope);
-    case ElementType::Flex: return make<FlexRenderNode>(element, parent, engine, scope);
-    case ElementType::Text: return make<TextRenderNode>(element, parent, engine, scope);
-    case ElementType::Image: return make<ImageRenderNode>(element, parent, engine, scope);
-    case ElementType::Progress: return make<ProgressRenderNode>(element, parent, engine, scope);
-    case ElementType::Rating: return make<RatingRenderNode>(element, parent, engine, scope);
-    case ElementType::Swiper: return make<SwiperRenderNode>(element, parent, engine, scope);
-    case ElementType::Custom: return make<CustomRenderNode>(element, parent, engine, scope);
-    case ElementType::Video: return make<VideoRenderNode>(element, parent, engine, scope);
-    case ElementType::Blur: return make<BlurRenderNode>(element, parent, engine, scope);
+    case ElementType::View: return make<ViewRenderNode>(element, parent, tree, scope);
+    case ElementType::For: return make<ForRenderNode>(element, parent, tree, scope);
+    case ElementType::Flex: return make<FlexRenderNode>(element, parent, tree, scope);
+    case ElementType::Text: return make<TextRenderNode>(element, parent, tree, scope);
+    case ElementType::Image: return make<ImageRenderNode>(element, parent, tree, scope);
+    case ElementType::Progress: return make<ProgressRenderNode>(element, parent, tree, scope);
+    case ElementType::Rating: return make<RatingRenderNode>(element, parent, tree, scope);
+    case ElementType::Swiper: return make<SwiperRenderNode>(element, parent, tree, scope);
+    case ElementType::Custom: return make<CustomRenderNode>(element, parent, tree, scope);
+    case ElementType::Video: return make<VideoRenderNode>(element, parent, tree, scope);
+    case ElementType::Blur: return make<BlurRenderNode>(element, parent, tree, scope);
     }
     // 1, and 12 and above: a plain view stands in (and builds no children).
     std::cout << "render node type error" << std::endl;
-    return make<ViewRenderNode>(element, parent, engine, scope);
+    return make<ViewRenderNode>(element, parent, tree, scope);
 }
 
 // The root is at depth 1.
@@ -61,20 +61,10 @@ int depthBelow(const ContainerRenderNode* parent)
 
 }  // namespace
 
-bool mayAddRenderNode(const EngineRef& engine)
-{
-    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
-    if (runtime && runtime->renderNodeCount >= Limits::kMaxRenderNodes) {
-        reportLimit(Limit::RenderNodes);
-        return false;
-    }
-    return true;
-}
-
-RenderNodePtr createRenderNode(const Value& element, ContainerRenderNode* parent, const EngineRef& engine,
+RenderNodePtr createRenderNode(const Value& element, ContainerRenderNode* parent, RenderTree& tree,
                                const LocalScope& scope)
 {
-    if (!element.is(Kind::Object) || !mayAddRenderNode(engine)) {
+    if (!element.is(Kind::Object) || !tree.mayAddNode()) {
         return nullptr;
     }
     // The host builds its views recursively too: deeper elements are not
@@ -83,7 +73,7 @@ RenderNodePtr createRenderNode(const Value& element, ContainerRenderNode* parent
         reportLimit(Limit::ElementDepth);
         return nullptr;
     }
-    RenderNodePtr node = constructNode(element, parent, engine, scope);
+    RenderNodePtr node = constructNode(element, parent, tree, scope);
     node->createChildren();
     return node;
 }

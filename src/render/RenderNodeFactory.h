@@ -12,6 +12,7 @@
 namespace Mero {
 
 class ContainerRenderNode;
+class RenderTree;
 
 // Element type codes (the element's "$").
 enum class ElementType : uint32_t {
@@ -31,10 +32,7 @@ enum class ElementType : uint32_t {
 // Null when `element` is not an object, or when the node would cross the
 // card's element depth or node count (reported). An unknown type code is
 // logged as "render node type error" and built as a plain view.
-RenderNodePtr createRenderNode(const Value& element, ContainerRenderNode* parent, const EngineRef& engine,
+RenderNodePtr createRenderNode(const Value& element, ContainerRenderNode* parent, RenderTree& tree,
                                const LocalScope& scope);
-
-// Whether the card may have one more render node; reports when it may not.
-bool mayAddRenderNode(const EngineRef& engine);
 
 }  // namespace Mero

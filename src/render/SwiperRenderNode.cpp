@@ -37,9 +37,9 @@ void pageDirtied(YGNodeConstRef page)
 
 }  // namespace
 
-SwiperRenderNode::SwiperRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+SwiperRenderNode::SwiperRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                    LocalScope localScope)
-    : ForRenderNode(element, parentNode, std::move(engineRef), std::move(localScope)), pageYogaNode(YGNodeNew())
+    : ForRenderNode(element, parentNode, renderTree, std::move(localScope)), pageYogaNode(YGNodeNew())
 {
     YGNodeSetContext(pageYogaNode, this);
     YGNodeSetMeasureFunc(pageYogaNode, measurePageArea);

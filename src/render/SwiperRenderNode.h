@@ -23,7 +23,7 @@ public:
         leafBool("touchable", PropertyId::Touchable),
     }};
 
-    SwiperRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope);
+    SwiperRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope);
     ~SwiperRenderNode() override;
     SwiperRenderNode(const SwiperRenderNode&) = delete;
     SwiperRenderNode& operator=(const SwiperRenderNode&) = delete;

@@ -15,19 +15,19 @@ YGSize measureText(YGNodeConstRef yogaNode, float width, YGMeasureMode widthMode
     const auto* node =
         static_cast<const TextRenderNode*>(static_cast<const ViewRenderNode*>(YGNodeGetContext(yogaNode)));
     std::shared_ptr<RuntimeEngine> runtime = node->engine.lock();
-    if (!runtime || !runtime->hooks.measureText) {
+    if (!runtime || !runtime->services.measureText) {
         return YGSize{0.0F, 0.0F};
     }
     const auto [measuredWidth, measuredHeight] =
-        runtime->hooks.measureText(node->measureRequest(width, widthMode, height, heightMode));
+        runtime->services.measureText(node->measureRequest(width, widthMode, height, heightMode));
     return YGSize{static_cast<float>(measuredWidth), static_cast<float>(measuredHeight)};
 }
 
 }  // namespace
 
-TextRenderNode::TextRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+TextRenderNode::TextRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                LocalScope localScope)
-    : ViewRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+    : ViewRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
     YGNodeSetMeasureFunc(yogaNode, measureText);
     bindLeafProperties(element, propertyTable, values);

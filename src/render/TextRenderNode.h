@@ -6,7 +6,7 @@
 
 #include "render/PropertyIds.h"
 #include "render/ViewRenderNode.h"
-#include "runtime/HostHooks.h"
+#include "runtime/RuntimeServices.h"
 
 namespace Mero {
 
@@ -36,7 +36,7 @@ public:
         leafSize("textInterval", PropertyId::TextInterval, Remeasure),
     }};
 
-    TextRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope);
+    TextRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope);
 
     const std::string& text() const { return values[Text].string(); }
     const std::string& textColor() const { return values[TextColor].string(); }

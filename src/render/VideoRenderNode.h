@@ -53,8 +53,8 @@ public:
         leafText("subTag", PropertyId::SubTag),
     }};
 
-    VideoRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope)
-        : ViewRenderNode(element, parentNode, std::move(engineRef), std::move(localScope))
+    VideoRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope)
+        : ViewRenderNode(element, parentNode, renderTree, std::move(localScope))
     {
         bindLeafProperties(element, propertyTable, values);
     }

@@ -7,6 +7,7 @@
 #include "render/NodeBinding.h"
 #include "render/PropertyIds.h"
 #include "runtime/NumberConversion.h"
+#include "render/RenderTree.h"
 #include "runtime/RuntimeEngine.h"
 
 namespace Mero {
@@ -58,20 +59,19 @@ constexpr std::array<EdgeResult, 4> borderResults{{
 
 }  // namespace
 
-ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef,
+ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                LocalScope localScope)
     : nodeId(scopedNodeId(element, localScope)),
       type(truncateToUint32(memberOf(element, "$").number())),
       parent(parentNode),
-      engine(std::move(engineRef)),
+      engine(renderTree.engine()),
       scope(std::move(localScope)),
       yogaNode(YGNodeNew()),
+      tree_(renderTree),
       lifeToken_(std::make_shared<const bool>(true))
 {
     YGNodeSetContext(yogaNode, this);
-    if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
-        ++runtime->renderNodeCount;
-    }
+    tree_.nodeMade();
     onClick = memberOf(element, "onClick").string();
     // The root always has a view of its own (the host's root view): it
     // cannot be flattened into a parent it does not have.
@@ -88,15 +88,11 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
 ViewRenderNode::~ViewRenderNode()
 {
     YGNodeFree(yogaNode);
-    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
-    if (!runtime) {
-        return;
-    }
-    --runtime->renderNodeCount;
-    // A node that goes between two flushes must not stay on the engine's list
+    tree_.nodeGone();
+    // A node that goes between two flushes must not stay on the pending list
     // (a whole tree may go at once, hence the stored position).
     if (queued) {
-        runtime->pendingNodes.erase(pendingEntry_);
+        tree_.delist(pendingEntry_);
     }
 }
 
@@ -146,12 +142,11 @@ bool ViewRenderNode::markPending()
     if (isEmpty || !isShown()) {
         return false;
     }
-    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
-    if (!runtime) {
+    if (engine.expired()) {
         return false;
     }
     if (!queued) {
-        pendingEntry_ = runtime->pendingNodes.insert(runtime->pendingNodes.end(), this);
+        pendingEntry_ = tree_.enlist(this);
         queued = true;
     }
     return true;
@@ -195,8 +190,8 @@ void ViewRenderNode::setVisible(bool shown)
 
 void ViewRenderNode::requestLayout() const
 {
-    if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
-        runtime->needsLayout = true;
+    if (!engine.expired()) {
+        tree_.requestLayout();
     }
 }
 
@@ -254,18 +249,16 @@ void ViewRenderNode::applyFrameSize(double value, double& cached, std::string_vi
     if (value == cached) {
         return;
     }
-    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
-    if (!runtime) {
+    if (engine.expired()) {
         return;
     }
     cached = value;
-    // The engine's render switch is its layoutApplied flag: before the
-    // instance has laid the card out once, sizes only fill the cache the
-    // host view is created from.
-    if (!runtime->layoutApplied) {
+    // The render switch is the tree's "layout applied": before the card has
+    // been laid out once, sizes only fill the cache its view is made from.
+    if (!tree_.layoutApplied()) {
         return;
     }
-    queueLayoutValue(propertyId, value, component != nullptr ? transitionFor(key) : nullptr);
+    queueLayoutValue(propertyId, value, hasView ? transitionFor(key) : nullptr);
 }
 
 void ViewRenderNode::applyOrigin(double value, double& cached, std::string_view key, uint32_t propertyId)
@@ -277,7 +270,7 @@ void ViewRenderNode::applyOrigin(double value, double& cached, std::string_view 
     // Only a transition under the key itself animates a move: "all" does
     // not apply to x and y, on purpose.
     const Transition* transition = nullptr;
-    if (component != nullptr) {
+    if (hasView) {
         auto found = transitions.find(std::string(key));
         if (found != transitions.end()) {
             transition = &found->second;

@@ -30,8 +30,8 @@
 
 namespace Mero {
 
-class Component;
 class ContainerRenderNode;
+class RenderTree;
 class RuntimeEngine;
 
 // The nodes that stand for one node among its parent's host children.
@@ -91,7 +91,7 @@ class ViewRenderNode {
 public:
     // `element` is the template element (an object), `parent` null for the
     // root, `scope` the locals the node's expressions see (may be empty).
-    ViewRenderNode(const Value& element, ContainerRenderNode* parentNode, EngineRef engineRef, LocalScope localScope);
+    ViewRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope);
     virtual ~ViewRenderNode();
     ViewRenderNode(const ViewRenderNode&) = delete;
     ViewRenderNode& operator=(const ViewRenderNode&) = delete;
@@ -128,13 +128,14 @@ public:
     std::string nodeId;
     uint32_t type = 0;
     ContainerRenderNode* parent = nullptr;
-    Component* component = nullptr;  // not owned; set by the host bridge
     EngineRef engine;
     LocalScope scope;
     LayoutCache layout;
     StyleCache style;
     bool visible = true;
-    bool hasComponent = false;
+    // The host has a view for this node: set when its view is made
+    // (createComponentTree or a flush that shows it).
+    bool hasView = false;
     bool isEmpty = false;
     YGNodeRef yogaNode = nullptr;
     std::unordered_map<std::string, Transition> transitions;
@@ -174,6 +175,8 @@ protected:
     // A bound change that affects layout: the next flush lays out again.
     void requestLayout() const;
 
+    RenderTree& tree() const { return tree_; }
+
     // The common style and layout properties, in their table order.
     void bindCommonProperties(const Value& element);
     // A node kind's own properties: row i of `table` is kept in values[i].
@@ -188,7 +191,8 @@ private:
     void applyFrameSize(double value, double& cached, std::string_view key, uint32_t propertyId);
     void applyOrigin(double value, double& cached, std::string_view key, uint32_t propertyId);
 
-    // Where this node sits in the engine's pending list while `queued` is set.
+    RenderTree& tree_;
+    // Where this node sits in the tree's pending list while `queued` is set.
     std::list<ViewRenderNode*>::iterator pendingEntry_;
     // Bindings hold this weakly: expired means the node is gone.
     std::shared_ptr<const bool> lifeToken_;

@@ -57,7 +57,9 @@ void RuntimeEngine::dispatchEvent(const std::string& name, const Value& payload,
 void RuntimeEngine::flush()
 {
     // Script state needs nothing further; all that is owed is the host's.
-    flushRender();
+    if (flushHook_) {
+        flushHook_();
+    }
 }
 
 void RuntimeEngine::addObserver(const std::string& name, ObserverPtr callback)

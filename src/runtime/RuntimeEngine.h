@@ -3,7 +3,7 @@
 // It owns the variable tables, the data object, the function and event
 // tables and the observers through which a change of a UI variable reaches the
 // render properties bound to it; it also converts template sizes into Yoga
-// values and holds the host hooks. The engine instance holds it through a
+// values and holds the host services. The engine instance holds it through a
 // shared pointer; everything that outlives one call holds it only weakly.
 // Running script needs that shared owner: the engine hands out weak pointers
 // to itself (make it with std::make_shared).
@@ -20,9 +20,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "render/RenderNodePtr.h"
 #include "runtime/EventHandler.h"
-#include "runtime/HostHooks.h"
+#include "runtime/RuntimeServices.h"
 #include "runtime/LocalScope.h"
 #include "runtime/RuntimeObject.h"
 #include "runtime/ScriptFactory.h"
@@ -65,12 +64,12 @@ public:
     // does not already have them; it is never changed.
     void dispatchEvent(const std::string& name, const Value& payload, const ObjectPtr& extra = nullptr);
 
-    // Brings the host up to date after a change of script state: the owed
-    // layout pass, then every pending node's queued changes. Built-ins call
-    // it after every deferred callback; the instance after every event.
+    // Script has finished a piece of work whose effects the host must see:
+    // calls the flush hook, which the owner of the card's views installs
+    // (the instance flushes its render tree). Built-ins call it after every
+    // deferred callback; without a hook it does nothing.
     void flush();
-    // The render tree's half of flush (defined with the render nodes).
-    void flushRender();
+    void setFlushHook(std::function<void()> hook) { flushHook_ = std::move(hook); }
 
     // Registers `callback` under a UI-variable name; callbacks are kept in
     // registration order and never removed.
@@ -118,16 +117,13 @@ public:
     std::unordered_map<std::string, EventHandlerPtr> eventTable;
     std::unordered_map<std::string, std::shared_ptr<ObserverList>> observers;
 
-    RenderNodePtr rootNode;                   // built by the instance's initNode
-    std::list<ViewRenderNode*> pendingNodes;  // queued host changes, in enlisting order; not owned
-    bool needsLayout = false;                 // a layout pass is owed before the next push
-    bool layoutApplied = false;               // set by the instance's applyLayout
-    std::size_t renderNodeCount = 0;          // live render nodes, kept by the nodes themselves
-
-    HostHooks hooks;
+    RuntimeServices services;
     // Video-time points collected by script until it starts them; null until
     // the first one.
     VideoTimerListPtr pendingVideoTimers;
+
+private:
+    std::function<void()> flushHook_;
 };
 
 }  // namespace Mero

@@ -80,7 +80,7 @@ ScriptRun::~ScriptRun()
 bool ScriptRun::budgetSpent() noexcept
 {
     const ScriptRunState& state = scriptRunState;
-    return state.entries > 0 && state.cost() > Limits::kMaxScriptSteps;
+    return state.entries > 0 && state.cost() > state.stepBudget;
 }
 
 std::size_t sizeInSteps(const Value& value)

@@ -61,6 +61,9 @@ struct ScriptRunState {
     int nesting = 0;                // evaluations in progress
     int callDepth = 0;              // calls in progress
     uint32_t reported = 0;          // limits reported in this entry, one bit each
+    // The budget of one entry: the limit, unless a test or fuzzer lowers it
+    // to reach a spent budget sooner.
+    int64_t stepBudget = Limits::kMaxScriptSteps;
 
     // Steps, plus a step for every 64 bytes of long strings copied.
     int64_t cost() const
@@ -101,7 +104,7 @@ public:
         ScriptRunState& state = scriptRunState;
         ++state.stepsUsed;
         if (state.nesting <= Limits::kMaxScriptNesting &&
-            (state.entries == 0 || state.cost() <= Limits::kMaxScriptSteps)) {
+            (state.entries == 0 || state.cost() <= state.stepBudget)) {
             return true;
         }
         return refuse();

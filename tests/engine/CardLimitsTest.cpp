@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "engine/MeroInstance.h"
+#include "render/RenderTree.h"
 #include "runtime/RuntimeEngine.h"
 #include "support/HostileCards.h"
 #include "support/ReportedErrors.h"
@@ -89,8 +90,8 @@ std::vector<HostileCard> hostileCards()
 // The set-up natives' work and then the event "go", as a host drives a card.
 void drive(Mero::MeroInstance& instance, const HostileCard& card)
 {
-    Mero::HostHooks& hooks = instance.runtime().hooks;
-    hooks.setTimeout = [&instance](double, Mero::HostJob job) { instance.addTimeoutJob(std::move(job)); };
+    Mero::RuntimeServices& services = instance.runtime().services;
+    services.setTimeout = [&instance](double, Mero::PendingJob job) { instance.addTimeoutJob(std::move(job)); };
     instance.loadTemplate(card.templateText);
     instance.setData(card.data, "{}");
     instance.initContainerSize(750.0F, 1334.0F, 1, 1);
@@ -136,9 +137,9 @@ TEST(CardLimits, WhatFitsIsKept)
     Mero::debugMode = false;
     Mero::MeroInstance nested;
     printedOutput([&] { drive(nested, {"", hostileTemplate("[]", "", nestedElements(100)), ""}); });
-    Mero::ViewRenderNode* deepest = Mero::findRenderNode(nested.runtime().rootNode.get(), "n63");
+    Mero::ViewRenderNode* deepest = nested.renderTree().find("n63");
     ASSERT_NE(deepest, nullptr) << "elements down to depth 64 are built";
-    EXPECT_EQ(Mero::findRenderNode(nested.runtime().rootNode.get(), "n64"), nullptr);
+    EXPECT_EQ(nested.renderTree().find("n64"), nullptr);
 
     Mero::MeroInstance list;
     printedOutput([&] {
@@ -146,8 +147,8 @@ TEST(CardLimits, WhatFitsIsKept)
                                           "index":"i","children":[{"$":0,"nodeId":"item"}]})"),
                      "", manyItems(6000)});
     });
-    EXPECT_EQ(list.runtime().renderNodeCount, Mero::Limits::kMaxRenderNodes);
-    EXPECT_NE(Mero::findRenderNode(list.runtime().rootNode.get(), "item#4998"), nullptr);
+    EXPECT_EQ(list.renderTree().nodeCount(), Mero::Limits::kMaxRenderNodes);
+    EXPECT_NE(list.renderTree().find("item#4998"), nullptr);
     Mero::debugMode = true;
 }
 

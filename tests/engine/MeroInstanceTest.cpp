@@ -12,6 +12,7 @@
 #include "engine/MeroInstance.h"
 #include "render/ContainerRenderNode.h"
 #include "render/ViewRenderNode.h"
+#include "render/RenderTree.h"
 #include "runtime/RuntimeEngine.h"
 #include "value/ErrorReporting.h"
 
@@ -45,7 +46,7 @@ protected:
     }
 
     Mero::RuntimeEngine& engine() { return instance.runtime(); }
-    Mero::ViewRenderNode& root() { return *engine().rootNode; }
+    Mero::ViewRenderNode& root() { return *instance.renderTree().root(); }
 
     MeroInstance instance;
 };
@@ -76,7 +77,7 @@ TEST_F(MeroInstanceTest, AtMostModeSetsAnUndefinedMaximum)
     // The width is laid out undefined, so the child is not held to 100.
     EXPECT_EQ(YGNodeLayoutGetWidth(root().yogaNode), 300.0F);
     EXPECT_EQ(YGNodeLayoutGetHeight(root().yogaNode), 200.0F);
-    EXPECT_TRUE(engine().layoutApplied);
+    EXPECT_TRUE(instance.renderTree().layoutApplied());
 }
 
 TEST_F(MeroInstanceTest, UpdateLayoutActsOnANewSizeAndIgnoresUndefinedSizesThatStayUndefined)
@@ -85,7 +86,7 @@ TEST_F(MeroInstanceTest, UpdateLayoutActsOnANewSizeAndIgnoresUndefinedSizesThatS
     instance.updateLayout(750.0F, 1334.0F, 2, 2);
     EXPECT_EQ(engine().widthMode, 1) << "same sizes with other modes change nothing";
     instance.updateLayout(500.0F, 1334.0F, 1, 1);
-    EXPECT_FALSE(engine().needsLayout) << "the flush consumed the layout request";
+    EXPECT_FALSE(instance.renderTree().layoutRequested()) << "the flush consumed the layout request";
     EXPECT_EQ(YGNodeLayoutGetWidth(root().yogaNode), 500.0F) << "laid out again";
 
     instance.initContainerSize(0.0F, 0.0F, 2, 2);
@@ -100,10 +101,10 @@ TEST_F(MeroInstanceTest, UpdateLayoutActsOnANewSizeAndIgnoresUndefinedSizesThatS
 TEST_F(MeroInstanceTest, NodesAreFoundBreadthFirst)
 {
     build(kTree);
-    EXPECT_EQ(Mero::findRenderNode(&root(), "x")->parent, &root()) << "the shallow x";
-    EXPECT_NE(Mero::findRenderNode(&root(), "hidden"), nullptr);
-    EXPECT_EQ(Mero::findRenderNode(&root(), "nobody"), nullptr);
-    EXPECT_EQ(Mero::findRenderNode(nullptr, "x"), nullptr);
+    EXPECT_EQ(instance.renderTree().find("x")->parent, &root()) << "the shallow x";
+    EXPECT_NE(instance.renderTree().find("hidden"), nullptr);
+    EXPECT_EQ(instance.renderTree().find("nobody"), nullptr);
+    EXPECT_EQ(MeroInstance().renderTree().find("x"), nullptr);
 
     instance.sendClickEvent("x");
     EXPECT_EQ((*engine().uiVariables)["got"].string(), "shallow");
@@ -126,7 +127,7 @@ TEST_F(MeroInstanceTest, JobIdsComeFromRandWithoutCollisionChecks)
     instance.executeTimeoutJob(first);
     instance.executeTimeoutJob(first + 1);
     EXPECT_EQ(ran, std::vector<std::string>{"first"}) << "the earlier job wins, and runs once";
-    EXPECT_TRUE(instance.timeoutJobs.empty());
+    EXPECT_EQ(instance.pendingJobCount(), 0U);
 }
 
 TEST_F(MeroInstanceTest, VideoJobsTakeConsecutiveIdsAndClearingLeavesTimeouts)
@@ -142,11 +143,13 @@ TEST_F(MeroInstanceTest, VideoJobsTakeConsecutiveIdsAndClearingLeavesTimeouts)
     entries.emplace_back(0.5, [] {});
     entries.emplace_back(1.5, [] {});
     const int32_t firstId = *instance.addVideoTimerJobs(entries);
-    EXPECT_EQ(instance.videoTimerJobs.count(firstId) + instance.videoTimerJobs.count(firstId + 1), 2U);
-    instance.timeoutJobs.try_emplace(firstId, [] {});
+    EXPECT_EQ(instance.pendingJobCount(), 2U);
+    std::vector<std::string> ran;
+    instance.addTimeoutJob([&ran] { ran.emplace_back("timeout"); });
     instance.clearVideoTimerJobs();
-    EXPECT_TRUE(instance.videoTimerJobs.empty());
-    EXPECT_EQ(instance.timeoutJobs.size(), 1U);
+    EXPECT_EQ(instance.pendingJobCount(), 1U) << "only the timeout is left";
+    instance.executeVideoTimerJob(firstId + 1);
+    EXPECT_TRUE(ran.empty());
 }
 
 TEST(MeroInstanceBridge, AnswersReachTheirCallbackAndAKeyPathAnswerWithoutDataIsNull)

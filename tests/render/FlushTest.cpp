@@ -24,8 +24,9 @@ TEST(EngineFlush, SendsChildrenThenPropertiesThenAnimationsInEnlistingOrder)
     card.set("v", "0.5");
     card.set("showA", "false");
     card.set("showA", "true");
-    EXPECT_EQ(card.flush(), (Calls{"a set 8=0.5", "a animate 9=0.5@1/10/0", "b set 8=0.5", "root children 0:a 0:a"}));
-    EXPECT_TRUE(card.engine->pendingNodes.empty());
+    // Hidden and shown again: removed, then made anew at its place.
+    EXPECT_EQ(card.flush(), (Calls{"a set 8=0.5", "a animate 9=0.5@1/10/0", "b set 8=0.5", "root children 0:x 0:a"}));
+    EXPECT_TRUE(card.tree.pendingNodes().empty());
     EXPECT_FALSE(card.find("a")->queued);
     EXPECT_EQ(card.flush(), Calls{});
 }
@@ -35,7 +36,7 @@ TEST(EngineFlush, ANodeWithoutAComponentSendsAndKeepsNothing)
     RenderCard card(twoNodes);
     card.build();
     card.set("v", "0.5");
-    ASSERT_EQ(card.engine->pendingNodes.size(), 2U);
+    ASSERT_EQ(card.tree.pendingNodes().size(), 2U);
     EXPECT_EQ(card.flush(), Calls{});
     EXPECT_TRUE(card.find("a")->propertyUpdates.empty());
     EXPECT_TRUE(card.find("a")->animatedUpdates.empty());
@@ -50,30 +51,30 @@ TEST(EngineFlush, AnOwedLayoutRunsFirstAndIsPushedOnlyOnceTheRootIsShown)
     RenderCard card(R"({"elements": {"$": 3, "nodeId": "root", "children": [
         {"$": 0, "nodeId": "a", "width": {"sizeType": 1, "value": 10}}]}})");
     card.build();
-    card.engine->needsLayout = true;
+    card.tree.requestLayout();
     card.engine->flush();
-    EXPECT_FALSE(card.engine->needsLayout);
+    EXPECT_FALSE(card.tree.layoutRequested());
     EXPECT_EQ(YGNodeLayoutGetWidth(card.find("a")->yogaNode), 10.0F);
     EXPECT_EQ(card.find("a")->layout.width, 0.0);  // root not shown: nothing read
 
+    card.layout();
     card.attachComponents();
     card.engine->containerWidth = 500.0F;
-    card.engine->needsLayout = true;
-    EXPECT_EQ(card.flush(), (Calls{"root set 0=500 1=1334", "a set 0=10"}));
+    card.tree.requestLayout();
+    EXPECT_EQ(card.flush(), (Calls{"root set 0=500"}));
 
-    card.engine->rootNode.reset();  // without a root an owed layout is just cleared
-    card.engine->needsLayout = true;
+    card.tree.build(Mero::Value());  // without a root an owed layout is just cleared
+    card.tree.requestLayout();
     card.engine->flush();
-    EXPECT_FALSE(card.engine->needsLayout);
+    EXPECT_FALSE(card.tree.layoutRequested());
 }
 
 TEST(EngineFlush, AGoneEngineLeavesBindingsQuiet)
 {
     RenderCard card(twoNodes);
-    card.start();
-    Mero::RenderNodePtr root = std::move(card.engine->rootNode);
+    Mero::ViewRenderNode& root = card.start();
     card.release();
-    EXPECT_FALSE(root->markPending());
-    root->applyLayout();
-    EXPECT_TRUE(root->propertyUpdates.empty());
+    EXPECT_FALSE(root.markPending());
+    root.applyLayout();
+    EXPECT_TRUE(root.propertyUpdates.empty());
 }

@@ -39,7 +39,7 @@ TEST(TextRenderNode, MeasuresThroughTheHostWithItsStyle)
     EXPECT_EQ(card.find("t")->layout.height, 30.0);
 
     RenderCard unmeasured(textCard);  // without a host measure the text has no size
-    unmeasured.engine->hooks.measureText = nullptr;
+    unmeasured.engine->services.measureText = nullptr;
     unmeasured.build();
     unmeasured.layout();
     EXPECT_EQ(unmeasured.find("t")->layout.width, 0.0);
@@ -84,7 +84,7 @@ TEST(ImageRenderNode, MeasureKeepsTheAspectRatioOfTheContent)
     const YGSize unseen = image.measure(100, exactly, 0, free);  // no view yet: no size
     EXPECT_EQ(std::pair(unseen.width, unseen.height), std::pair(0.0F, 0.0F));
     card.attachComponents();
-    static_cast<MeroTest::RecordingComponent*>(image.component)->contentSize = {200.0F, 50.0F};
+    card.views.contentSizes["img"] = {200.0F, 50.0F};
     for (const Case& test : cases) {
         const YGSize size = image.measure(test.width, test.widthMode, test.height, test.heightMode);
         const std::string name = std::to_string(test.width) + " " + std::to_string(test.height);
@@ -103,8 +103,8 @@ TEST(LeafMeasure, AnImageTakesItsHeightFromTheContentAndACustomViewOnlyAFixedSiz
     card.start();
     EXPECT_EQ(std::pair(card.find("free")->layout.width, card.find("free")->layout.height), std::pair(0.0, 0.0));
     EXPECT_EQ(std::pair(card.find("fixed")->layout.width, card.find("fixed")->layout.height), std::pair(60.0, 40.0));
-    static_cast<MeroTest::RecordingComponent*>(card.find("img")->component)->contentSize = {200.0F, 50.0F};
-    card.engine->needsLayout = true;
+    card.views.contentSizes["img"] = {200.0F, 50.0F};
+    card.tree.requestLayout();
     YGNodeMarkDirty(card.find("img")->yogaNode);
     // The custom views move down; the free one still sends no size.
     EXPECT_EQ(card.flush(), (Calls{"img contentSize", "img set 1=25", "free set 3=25", "fixed set 3=25"}));

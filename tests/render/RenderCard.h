@@ -1,9 +1,10 @@
 // A card's render tree over a loaded template, with a recording host: every
-// Component call of every node lands, in order, in one log of lines such as
+// change a flush sends lands, in order, in one log of lines such as
 //
-//     "root children 1:b"             updateChildren: index:child id
-//     "title set 203=Hi 8=0.5"        updateProperties: id=value
-//     "title animate 8=0.5@2/300/10"  playAnimations: id=value@timing/duration/delay
+//     "root children 1:b 0:x"         child changes: index:view made, index:x removed
+//     "title set 203=Hi 8=0.5"        properties: id=value
+//     "title animate 8=0.5@2/300/10"  animations: id=value@timing/duration/delay
+//     "img contentSize"               a content-size query
 //
 // so a test asserts exactly what a host would see.
 #pragma once
@@ -11,15 +12,18 @@
 #include <gtest/gtest.h>
 #include <yoga/Yoga.h>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <variant>
 #include <vector>
 
-#include "render/Component.h"
 #include "render/ContainerRenderNode.h"
 #include "render/RenderNodeFactory.h"
+#include "render/RenderTree.h"
+#include "render/ViewHost.h"
 #include "render/ViewRenderNode.h"
 #include "support/CanonicalJson.h"
 #include "support/TemplateHarness.h"
@@ -34,51 +38,65 @@ inline std::string describe(const Mero::Value& value)
     return value.is(Mero::Kind::String) ? value.string() : canonicalJson(value);
 }
 
-class RecordingComponent : public Mero::Component {
+class RecordingViews : public Mero::ViewHost {
 public:
-    RecordingComponent(std::string id, Calls& log) : id_(std::move(id)), log_(log) {}
+    explicit RecordingViews(Calls& log) : log_(log) {}
 
-    void updateChildren(const std::vector<Mero::ChildChange>& changes) override
+    std::vector<const Mero::ViewRenderNode*> apply(const Mero::ChangeList& changes) override
     {
-        record(" children", changes, [](const auto& c) { return std::to_string(c.index) + ":" + c.node->nodeId; });
+        std::string children;  // consecutive child changes of one view share a line
+        std::string parent;
+        auto endChildren = [&] {
+            if (!children.empty()) {
+                log_.push_back(parent + " children" + children);
+                children.clear();
+            }
+        };
+        for (const Mero::Change& change : changes) {
+            if (const auto* insert = std::get_if<Mero::InsertView>(&change)) {
+                if (insert->parentId != parent) {
+                    endChildren();
+                }
+                parent = insert->parentId;
+                children += " " + std::to_string(insert->index) + ":" + insert->view.slots.strings[0];
+            } else if (const auto* remove = std::get_if<Mero::RemoveView>(&change)) {
+                if (remove->parentId != parent) {
+                    endChildren();
+                }
+                parent = remove->parentId;
+                children += " " + std::to_string(remove->index) + ":x";
+            } else if (const auto* set = std::get_if<Mero::SetProperties>(&change)) {
+                endChildren();
+                std::string line = set->viewId + " set";
+                for (const Mero::PropertyUpdate& update : set->updates) {
+                    line += " " + std::to_string(update.propertyId) + "=" + describe(update.value);
+                }
+                log_.push_back(line);
+            } else if (const auto* play = std::get_if<Mero::PlayAnimations>(&change)) {
+                endChildren();
+                std::string line = play->viewId + " animate";
+                for (const Mero::AnimatedUpdate& update : play->animations) {
+                    line += " " + std::to_string(update.propertyId) + "=" + describe(update.value) + "@" +
+                            std::to_string(update.transition.timing) + "/" +
+                            Mero::numberToString(update.transition.duration) + "/" +
+                            Mero::numberToString(update.transition.delay);
+                }
+                log_.push_back(line);
+            }
+        }
+        endChildren();
+        return {};
     }
 
-    void updateProperties(const std::vector<Mero::PropertyUpdate>& properties) override
+    Mero::ContentSize contentSize(const std::string& viewId) override
     {
-        record(" set", properties,
-               [](const auto& u) { return std::to_string(u.propertyId) + "=" + describe(u.value); });
+        log_.push_back(viewId + " contentSize");
+        return contentSizes[viewId];
     }
 
-    void playAnimations(const std::vector<Mero::AnimatedUpdate>& animations) override
-    {
-        record(" animate", animations, [](const auto& u) {
-            return std::to_string(u.propertyId) + "=" + describe(u.value) + "@" + std::to_string(u.transition.timing) +
-                   "/" + Mero::numberToString(u.transition.duration) + "/" + Mero::numberToString(u.transition.delay);
-        });
-    }
-
-    Mero::ContentSize getContentSize() override
-    {
-        log_.push_back(id_ + " contentSize");
-        return contentSize;
-    }
-
-    void releaseComponents(Mero::ViewRenderNode* node) override { log_.push_back(id_ + " release " + node->nodeId); }
-
-    Mero::ContentSize contentSize;
+    std::map<std::string, Mero::ContentSize> contentSizes;
 
 private:
-    template <typename Items, typename Describe>
-    void record(const char* kind, const Items& items, Describe describeItem)
-    {
-        std::string line = id_ + kind;
-        for (const auto& item : items) {
-            line += " " + describeItem(item);
-        }
-        log_.push_back(line);
-    }
-
-    std::string id_;
     Calls& log_;
 };
 
@@ -91,37 +109,30 @@ public:
         engine->heightMode = 1;
         engine->containerWidth = 750.0F;
         engine->containerHeight = 1334.0F;
+        tree.setViewHost(&views);
+        engine->setFlushHook([this] { tree.flush(); });
     }
 
     // The tree from the template's elements, without scope.
     Mero::ViewRenderNode& build()
     {
-        engine->rootNode = node(engine->elements);
-        return *engine->rootNode;
+        tree.build(engine->elements);
+        return *tree.root();
     }
 
     // One node from an element, outside the card's tree.
     Mero::RenderNodePtr node(const Mero::Value& element)
     {
-        return Mero::createRenderNode(element, nullptr, engine, nullptr);
+        return Mero::createRenderNode(element, nullptr, tree, nullptr);
     }
 
-    Mero::ViewRenderNode& root() { return *engine->rootNode; }
+    Mero::ViewRenderNode& root() { return *tree.root(); }
 
-    // Lays the tree out at the container's size and reads the results.
-    void layout()
-    {
-        YGNodeCalculateLayout(root().yogaNode, engine->containerWidth, engine->containerHeight, YGDirectionLTR);
-        root().applyLayout();
-    }
+    // The first layout: from here on layout changes are collected.
+    void layout() { tree.applyLayout(); }
 
-    // Gives every node that stands for itself a recording component, as
-    // creating the host views does, and turns the render switch on.
-    void attachComponents()
-    {
-        attach(root());
-        engine->layoutApplied = true;
-    }
+    // Makes the host's views of the whole tree, as createComponentTree does.
+    void attachComponents() { tree.createViews(); }
 
     // The whole start of a card: build, first layout, host views. Leaves
     // nothing queued and nothing logged.
@@ -129,8 +140,8 @@ public:
     {
         build();
         layout();
-        engine->flush();
         attachComponents();
+        tree.flush();
         calls.clear();
         return root();
     }
@@ -144,7 +155,7 @@ public:
     // Flushes and hands back what the host saw since the last call.
     Calls flush()
     {
-        engine->flush();
+        tree.flush();
         return std::exchange(calls, {});
     }
 
@@ -176,21 +187,8 @@ public:
     }
 
     Calls calls;
-
-private:
-    void attach(Mero::ViewRenderNode& node)
-    {
-        if (!node.isEmpty) {
-            components_.push_back(std::make_unique<RecordingComponent>(node.nodeId, calls));
-            node.component = components_.back().get();
-            node.hasComponent = true;
-        }
-        for (const Mero::RenderNodePtr& child : childrenOf(node)) {
-            attach(*child);
-        }
-    }
-
-    std::vector<std::unique_ptr<RecordingComponent>> components_;
+    RecordingViews views{calls};
+    Mero::RenderTree tree{engine};
 };
 
 }  // namespace MeroTest

@@ -15,7 +15,7 @@ namespace {
 std::unique_ptr<ViewRenderNode> makeNode(RenderCard& card, const std::string& members)
 {
     const std::string element = R"({"$": 0, "nodeId": "n")" + (members.empty() ? "" : ", " + members) + "}";
-    return std::make_unique<ViewRenderNode>(MeroTest::json(element), nullptr, card.engine, nullptr);
+    return std::make_unique<ViewRenderNode>(MeroTest::json(element), nullptr, card.tree, nullptr);
 }
 
 // A Yoga style value as "120pt", "50%", "auto" or "undefined".
@@ -95,10 +95,10 @@ TEST(ViewLayoutProperties, ABoundSizeChangeReachesYogaAndOwesALayout)
 {
     RenderCard card(R"({"variables": {"w": 100}})");
     auto node = makeNode(card, R"("width": {"sizeType": 1, "value": {"$": 3, "n": "w"}})");
-    EXPECT_FALSE(card.engine->needsLayout);
+    EXPECT_FALSE(card.tree.layoutRequested());
     card.set("w", "140");
     EXPECT_EQ(text(YGNodeStyleGetWidth(node->yogaNode)), "140pt");
-    EXPECT_TRUE(card.engine->needsLayout);
+    EXPECT_TRUE(card.tree.layoutRequested());
     card.set("w", R"("wide")");  // a string reads as 0
     EXPECT_EQ(text(YGNodeStyleGetWidth(node->yogaNode)), "0pt");
 }
@@ -113,7 +113,7 @@ TEST(ViewStyleProperties, ConstantsFillTheCacheOnlyAndAWrongKindKeepsTheDefault)
     EXPECT_EQ(node->style.borderColor, "#000000FF");
     EXPECT_EQ(node->style.opacity, 1.0);
     EXPECT_EQ(node->style.cornerRightBottom, 8.0);
-    EXPECT_TRUE(card.engine->pendingNodes.empty());
+    EXPECT_TRUE(card.tree.pendingNodes().empty());
     // The gradient keeps at most five stops; a missing location reads 0.
     const Mero::Gradient& gradient = node->style.gradient;
     EXPECT_EQ(gradient.angle, 45.0);
@@ -231,7 +231,7 @@ TEST(ViewApplyLayout, AllAnimatesSizesButNeverPositionsWhileXDoesOnceTheViewExis
     moved.start();
     moved.set("shift", "4");
     EXPECT_EQ(moved.flush(), Calls{"c animate 2=4@3/40/0"});
-    moved.find("c")->component = nullptr;  // no view: never animated, and nothing sent
+    moved.find("c")->hasView = false;  // no view: never animated, and nothing sent
     moved.set("shift", "6");
     EXPECT_EQ(moved.flush(), Calls{});
 }

@@ -30,7 +30,7 @@ struct RecordedBridgeCall {
 
 struct RecordedTimeout {
     double delay;
-    Mero::HostJob job;
+    Mero::PendingJob job;
 };
 
 struct RecordedVideoTimer {
@@ -118,20 +118,20 @@ private:
 
     void installHooks()
     {
-        Mero::HostHooks& hooks = engine->hooks;
-        hooks.log = [this](const std::string& message) { logs.push_back(message); };
-        hooks.setTimeout = [this](double delay, Mero::HostJob job) { timeouts.push_back({delay, std::move(job)}); };
-        hooks.startVideoTimer = [this](double first, double second, Mero::VideoTimerListPtr entries) {
+        Mero::RuntimeServices& services = engine->services;
+        services.log = [this](const std::string& message) { logs.push_back(message); };
+        services.setTimeout = [this](double delay, Mero::PendingJob job) { timeouts.push_back({delay, std::move(job)}); };
+        services.startVideoTimer = [this](double first, double second, Mero::VideoTimerListPtr entries) {
             videoTimers.push_back({first, second, entries ? std::move(*entries) : Mero::VideoTimerList()});
         };
-        hooks.measureText = [this](const Mero::TextContent& content) {
+        services.measureText = [this](const Mero::TextContent& content) {
             measured.push_back(content);
             return measureAnswer;
         };
-        hooks.callBridge = [this](const std::string& name, const Mero::Value& params, Mero::BridgeReply reply) {
+        services.callBridge = [this](const std::string& name, const Mero::Value& params, Mero::BridgeReply reply) {
             answerOrKeep({name, params, Mero::Value(), std::move(reply)});
         };
-        hooks.callBridgeWithKeyPath = [this](const std::string& name, const Mero::Value& params,
+        services.callBridgeWithKeyPath = [this](const std::string& name, const Mero::Value& params,
                                              const Mero::Value& keyPath, Mero::BridgeReply reply) {
             answerOrKeep({name, params, keyPath, std::move(reply)});
         };

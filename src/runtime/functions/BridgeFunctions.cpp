@@ -45,10 +45,10 @@ Value CallBridgeFunction::invoke(ArgList&& args, const EngineRef& engine)
         return Value();
     }
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
-    if (!runtime || !runtime->hooks.callBridge) {
+    if (!runtime || !runtime->services.callBridge) {
         return Value();
     }
-    runtime->hooks.callBridge(args[0].string(), args[1], [engine, callback = std::move(args[2])](Value&& answer) {
+    runtime->services.callBridge(args[0].string(), args[1], [engine, callback = std::move(args[2])](Value&& answer) {
         ArgList callbackArgs;
         callbackArgs.push_back(std::move(answer));
         runDeferredCallback(engine, callback, std::move(callbackArgs));
@@ -67,8 +67,8 @@ Value CallBridgeSyncFunction::invoke(ArgList&& args, const EngineRef& engine)
     }
     // Without a bridge hook no reply can come: that is reported as not sync.
     return callSynchronously([&](BridgeReply handler) {
-        if (runtime->hooks.callBridge) {
-            runtime->hooks.callBridge(args[0].string(), args[1], std::move(handler));
+        if (runtime->services.callBridge) {
+            runtime->services.callBridge(args[0].string(), args[1], std::move(handler));
         }
     });
 }
@@ -83,8 +83,8 @@ Value CallBridgeSyncWithKeyPathFunction::invoke(ArgList&& args, const EngineRef&
         return Value();
     }
     return callSynchronously([&](BridgeReply handler) {
-        if (runtime->hooks.callBridgeWithKeyPath) {
-            runtime->hooks.callBridgeWithKeyPath(args[0].string(), args[1], args[2], std::move(handler));
+        if (runtime->services.callBridgeWithKeyPath) {
+            runtime->services.callBridgeWithKeyPath(args[0].string(), args[1], args[2], std::move(handler));
         }
     });
 }

@@ -226,8 +226,8 @@ Value LogFunction::invoke(ArgList&& args, const EngineRef& engine)
     }
     // A gone engine, or one without a host log sink, logs nothing.
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
-    if (runtime && runtime->hooks.log) {
-        runtime->hooks.log(args[0].string());
+    if (runtime && runtime->services.log) {
+        runtime->services.log(args[0].string());
     }
     return Value();
 }

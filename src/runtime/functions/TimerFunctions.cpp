@@ -8,7 +8,7 @@ namespace Mero {
 namespace {
 
 // A job that runs the script callback with no arguments, then flushes.
-HostJob deferredJob(const EngineRef& engine, Value&& callback)
+PendingJob deferredJob(const EngineRef& engine, Value&& callback)
 {
     return [engine, callback = std::move(callback)] { runDeferredCallback(engine, callback, ArgList()); };
 }
@@ -25,7 +25,7 @@ Value SetTimeoutFunction::invoke(ArgList&& args, const EngineRef& engine)
         return Value();
     }
     // An engine without a timeout hook throws std::bad_function_call here.
-    runtime->hooks.setTimeout(args[0].number(), deferredJob(engine, std::move(args[1])));
+    runtime->services.setTimeout(args[0].number(), deferredJob(engine, std::move(args[1])));
     return Value();
 }
 
@@ -62,8 +62,8 @@ Value VideoTimeStartFunction::invoke(ArgList&& args, const EngineRef& engine)
     // The pending list is emptied in every case; without a host, or with
     // nothing collected, what was pending is dropped.
     VideoTimerListPtr pending = std::move(runtime->pendingVideoTimers);
-    if (pending && !pending->empty() && runtime->hooks.startVideoTimer) {
-        runtime->hooks.startVideoTimer(args[0].number(), args[1].number(), std::move(pending));
+    if (pending && !pending->empty() && runtime->services.startVideoTimer) {
+        runtime->services.startVideoTimer(args[0].number(), args[1].number(), std::move(pending));
     }
     return Value();
 }

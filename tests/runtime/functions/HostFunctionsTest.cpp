@@ -1,5 +1,5 @@
 // The built-ins that reach outside the script: bridge calls, timeouts,
-// video-time points and events, seen through the recording host hooks.
+// video-time points and events, seen through the recording host services.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -60,7 +60,7 @@ TEST(CallBridgeSync, aLateOrMissingReplyIsReportedAsNotSyncAndALateOneDropped)
         host.join();
     }
     TemplateHarness unhooked;
-    unhooked.engine->hooks.callBridge = nullptr;
+    unhooked.engine->services.callBridge = nullptr;
     EXPECT_EQ(thrownMessage([&] { unhooked.call("l", {Value("m"), Value()}); }), "call bridge sync not sync");
 }
 
@@ -78,7 +78,7 @@ TEST(SetTimeout, handsTheDelayAndAJobThatRunsTheCallbackWithNoArguments)
     card.call("p", {Value("soon"), Value(3)});  // a non-number delay reads 0; a non-callback only flushes
     EXPECT_EQ(card.timeouts[1].delay, 0);
     card.timeouts[1].job();
-    card.engine->hooks.setTimeout = nullptr;
+    card.engine->services.setTimeout = nullptr;
     EXPECT_THROW(card.call("p", {Value(10), Value()}), std::bad_function_call);
 }
 
@@ -102,10 +102,10 @@ TEST(VideoTime, pointsAreCollectedUntilStartHandsThemOverMoved)
 
     card.call("y", {Value(3), Value(4)});  // the list was emptied: nothing to pass
     EXPECT_EQ(card.videoTimers.size(), 1u);
-    auto hook = std::exchange(card.engine->hooks.startVideoTimer, nullptr);
+    auto hook = std::exchange(card.engine->services.startVideoTimer, nullptr);
     card.call("x", {Value(1), Value()});
     card.call("y", {Value(0), Value(0)});  // without a host start, what was pending is dropped
-    card.engine->hooks.startVideoTimer = hook;
+    card.engine->services.startVideoTimer = hook;
     card.call("y", {Value(0), Value(0)});
     EXPECT_EQ(card.videoTimers.size(), 1u);
 }
@@ -157,8 +157,8 @@ TEST(HostFunctions, aGoneEngineRunsNoReplyOrJobAndAsksNothingOfTheHost)
     ASSERT_EQ(card.videoTimers.size(), 1u);
     EXPECT_EQ(card.videoTimers[0].entries[0].first, 0);
     BridgeReply reply = card.bridgeCalls[0].reply;
-    HostJob timeout = card.timeouts[0].job;
-    HostJob videoPoint = card.videoTimers[0].entries[0].second;
+    PendingJob timeout = card.timeouts[0].job;
+    PendingJob videoPoint = card.videoTimers[0].entries[0].second;
     card.release();
     reply(Value(1));
     timeout();

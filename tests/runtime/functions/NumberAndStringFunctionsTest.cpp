@@ -92,7 +92,7 @@ TEST(Log, handsTextToTheHostSinkAndNothingWithoutASinkOrEngine)
     EngineRef weak = card.weak();
     EXPECT_TRUE(callBuiltin<LogFunction>(ArgList{Value("hello")}, weak).isNull());
     callBuiltin<LogFunction>(ArgList{Value(5)}, weak);  // a non-string logs ""
-    card.engine->hooks.log = nullptr;
+    card.engine->services.log = nullptr;
     callBuiltin<LogFunction>(ArgList{Value("x")}, weak);
     card.release();
     EXPECT_TRUE(callBuiltin<LogFunction>(ArgList{Value("x")}, weak).isNull());

@@ -28,7 +28,7 @@ struct GradientSlots {
     std::array<bool, kStops> used{};  // the host sees null for an unused color
 };
 
-struct ComponentSlots {
+struct ViewSlots {
     static constexpr std::size_t kInts = 10;
     static constexpr std::size_t kFloats = 60;
     static constexpr std::size_t kStrings = 50;
@@ -51,6 +51,6 @@ struct ComponentSlots {
 };
 
 // The buffers for `node`: its common properties, then its kind's own.
-ComponentSlots collectComponentSlots(const ViewRenderNode& node);
+ViewSlots collectViewSlots(const ViewRenderNode& node);
 
 }  // namespace Mero

@@ -1,4 +1,4 @@
-#include "bridge/ComponentSlots.h"
+#include "render/ViewSlots.h"
 
 #include <algorithm>
 
@@ -80,14 +80,14 @@ bool slotBoolean(const Value& value)
 
 // A node kind's own table: row i's value is kept in values[i].
 template <typename Node>
-void putKindProperties(ComponentSlots& slots, const Node& node)
+void putKindProperties(ViewSlots& slots, const Node& node)
 {
     for (std::size_t row = 0; row < Node::propertyTable.size(); ++row) {
         slots.put(Node::propertyTable[row].propertyId, node.values[row]);
     }
 }
 
-void putGradient(ComponentSlots& slots, const Gradient& gradient)
+void putGradient(ViewSlots& slots, const Gradient& gradient)
 {
     if (gradient.stops.empty()) {
         return;
@@ -103,7 +103,7 @@ void putGradient(ComponentSlots& slots, const Gradient& gradient)
     }
 }
 
-void putKindProperties(ComponentSlots& slots, const ViewRenderNode& node)
+void putKindProperties(ViewSlots& slots, const ViewRenderNode& node)
 {
     switch (static_cast<ElementType>(node.type)) {
     case ElementType::Text: putKindProperties(slots, static_cast<const TextRenderNode&>(node)); break;
@@ -116,7 +116,7 @@ void putKindProperties(ComponentSlots& slots, const ViewRenderNode& node)
     case ElementType::Progress: {
         const auto& progress = static_cast<const ProgressRenderNode&>(node);
         putKindProperties(slots, progress);
-        slots.strings[ComponentSlots::kBusinessDataSlot] = toJsonString(progress.businessData);
+        slots.strings[ViewSlots::kBusinessDataSlot] = toJsonString(progress.businessData);
         break;
     }
     default: break;
@@ -125,7 +125,7 @@ void putKindProperties(ComponentSlots& slots, const ViewRenderNode& node)
 
 }  // namespace
 
-void ComponentSlots::put(uint32_t propertyId, const Value& value)
+void ViewSlots::put(uint32_t propertyId, const Value& value)
 {
     const std::size_t slot = propertyId % 100;
     switch (propertyId / 100) {
@@ -149,9 +149,9 @@ void ComponentSlots::put(uint32_t propertyId, const Value& value)
     }
 }
 
-ComponentSlots collectComponentSlots(const ViewRenderNode& node)
+ViewSlots collectViewSlots(const ViewRenderNode& node)
 {
-    ComponentSlots slots;
+    ViewSlots slots;
     slots.type = node.type;
     for (const LayoutSlot& entry : layoutSlots) {
         slots.floats[entry.propertyId] = static_cast<float>(node.layout.*entry.field);
@@ -163,10 +163,10 @@ ComponentSlots collectComponentSlots(const ViewRenderNode& node)
     slots.put(PropertyId::BorderColor, Value(node.style.borderColor));
     putKindProperties(slots, node);
 
-    slots.strings[ComponentSlots::kNodeIdSlot] = node.nodeId;
-    slots.strings[ComponentSlots::kOnClickSlot] = node.onClick;
+    slots.strings[ViewSlots::kNodeIdSlot] = node.nodeId;
+    slots.strings[ViewSlots::kOnClickSlot] = node.onClick;
     if (!node.loopAnimation.isNull()) {
-        slots.strings[ComponentSlots::kLoopAnimationSlot] = toJsonString(node.loopAnimation);
+        slots.strings[ViewSlots::kLoopAnimationSlot] = toJsonString(node.loopAnimation);
     }
     putGradient(slots, node.style.gradient);
     return slots;

@@ -1,7 +1,7 @@
 // The services only the host can give, as the engine sees them.
 //
 // The engine instance installs one callable per service on its RuntimeEngine
-// (RuntimeEngine::hooks); an engine without an instance (tests, tools) installs
+// (RuntimeEngine::services); an engine without an instance (tests, tools) installs
 // its own. An empty hook means "no host": each caller says what it then does.
 #pragma once
 
@@ -33,21 +33,21 @@ struct TextContent {
 };
 
 // A job the host runs later (timeouts, video-time points).
-using HostJob = std::function<void()>;
+using PendingJob = std::function<void()>;
 
 // One video-time point: (time in seconds, job).
-using VideoTimerEntry = std::pair<double, HostJob>;
+using VideoTimerEntry = std::pair<double, PendingJob>;
 using VideoTimerList = std::vector<VideoTimerEntry>;
 using VideoTimerListPtr = std::unique_ptr<VideoTimerList>;
 
 // Receives a bridge reply once, by move.
 using BridgeReply = std::function<void(Value&&)>;
 
-struct HostHooks {
+struct RuntimeServices {
     // (text) -> (width, height)
     std::function<std::pair<double, double>(const TextContent&)> measureText;
     // (delay in milliseconds, job)
-    std::function<void(double, HostJob)> setTimeout;
+    std::function<void(double, PendingJob)> setTimeout;
     // (first, second, the whole list, moved)
     std::function<void(double, double, VideoTimerListPtr)> startVideoTimer;
     // (message)

@@ -5,18 +5,19 @@
 #include <sstream>
 #include <string>
 
-#include "bridge/ComponentSlots.h"
 #include "engine/MeroInstance.h"
+#include "render/RenderTree.h"
 #include "render/ViewRenderNode.h"
+#include "render/ViewSlots.h"
 #include "runtime/RuntimeEngine.h"
 
 namespace {
 
-using Mero::ComponentSlots;
+using Mero::ViewSlots;
 using Mero::Value;
 
 // Every slot that differs from its zero value, as "i0=3 f24=28.5 s4=#123456FF b1=1".
-std::string filled(const ComponentSlots& slots)
+std::string filled(const ViewSlots& slots)
 {
     std::ostringstream text;
     auto list = [&text](char buffer, const auto& values, auto isSet) {
@@ -33,7 +34,7 @@ std::string filled(const ComponentSlots& slots)
     return text.str();
 }
 
-TEST(ComponentSlotsPut, TheHundredsPickTheBufferAndTheRestTheSlot)
+TEST(ViewSlotsPut, TheHundredsPickTheBufferAndTheRestTheSlot)
 {
     // Floats as they are, but the video start time (38) as a whole number; ints truncated; strings take
     // the text of numbers and booleans, and null as empty; ids outside the buffers are ignored.
@@ -49,7 +50,7 @@ TEST(ComponentSlotsPut, TheHundredsPickTheBufferAndTheRestTheSlot)
         {400, Value("x"), ""},
     };
     for (const auto& row : rows) {
-        ComponentSlots slots;
+        ViewSlots slots;
         slots.put(row.id, row.value);
         EXPECT_EQ(filled(slots), row.expected) << "property " << row.id;
     }
@@ -57,23 +58,23 @@ TEST(ComponentSlotsPut, TheHundredsPickTheBufferAndTheRestTheSlot)
 
 class NodeSlots : public testing::Test {
 protected:
-    const ComponentSlots& slotsOf(const char* elementJson)
+    const ViewSlots& slotsOf(const char* elementJson)
     {
         instance.loadTemplate(std::string(R"({"elements": )") + elementJson + "}");
         instance.initContainerSize(750.0F, 1334.0F, 1, 1);
         instance.initNode();
         instance.applyLayout();
-        slots = Mero::collectComponentSlots(*instance.runtime().rootNode);
+        slots = Mero::collectViewSlots(*instance.renderTree().root());
         return slots;
     }
 
     Mero::MeroInstance instance;
-    ComponentSlots slots;
+    ViewSlots slots;
 };
 
 TEST_F(NodeSlots, AViewCarriesItsIdClickFrameBoxAndDefaults)
 {
-    const ComponentSlots& made = slotsOf(R"({"$": 0, "nodeId": "card", "onClick": "tap",
+    const ViewSlots& made = slotsOf(R"({"$": 0, "nodeId": "card", "onClick": "tap",
         "width": {"sizeType": 1, "value": 300}, "height": {"sizeType": 1, "value": 120},
         "borderRight": {"sizeType": 1, "value": 3}, "paddingTop": {"sizeType": 1, "value": 6},
         "loopAnimation": [1, 2]})");
@@ -87,7 +88,7 @@ TEST_F(NodeSlots, AViewCarriesItsIdClickFrameBoxAndDefaults)
 
 TEST_F(NodeSlots, FiveGradientStopsFillBothArraysAndTheAngleIsTruncated)
 {
-    const ComponentSlots& made = slotsOf(R"({"$": 0, "nodeId": "g", "backgroundGradient": {"angle": 45.8,
+    const ViewSlots& made = slotsOf(R"({"$": 0, "nodeId": "g", "backgroundGradient": {"angle": 45.8,
         "colors": ["#01", "#02", "#03", "#04", "#05"], "locations": [0, 0.1, 0.2, 0.3, 1]}})");
     ASSERT_TRUE(made.gradient.has_value());
     EXPECT_EQ(made.gradient->type, 45);

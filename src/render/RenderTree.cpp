@@ -1,0 +1,222 @@
+#include "render/RenderTree.h"
+
+#include <yoga/Yoga.h>
+
+#include <deque>
+#include <utility>
+
+#include "render/ContainerRenderNode.h"
+#include "render/RenderNodeFactory.h"
+#include "render/ViewHost.h"
+#include "runtime/RuntimeEngine.h"
+#include "runtime/ScriptRun.h"
+
+namespace Mero {
+
+RenderTree::RenderTree(EngineRef engine) : engine_(std::move(engine)) {}
+
+RenderTree::~RenderTree()
+{
+    // The nodes take themselves off the pending list as they go: before it.
+    root_.reset();
+}
+
+void RenderTree::build(const Value& elements)
+{
+    // Binding a property evaluates script: building the tree is an entry.
+    ScriptRun entry;
+    RenderNodePtr previous = std::exchange(root_, createRenderNode(elements, nullptr, *this, nullptr));
+    previous.reset();
+}
+
+ViewRenderNode* RenderTree::find(std::string_view nodeId) const
+{
+    std::deque<ViewRenderNode*> waiting;
+    if (root_) {
+        waiting.push_back(root_.get());
+    }
+    while (!waiting.empty()) {
+        ViewRenderNode* node = waiting.front();
+        waiting.pop_front();
+        if (node->nodeId == nodeId) {
+            return node;
+        }
+        if (node->isContainer()) {
+            for (const RenderNodePtr& child : static_cast<ContainerRenderNode*>(node)->children) {
+                waiting.push_back(child.get());
+            }
+        }
+    }
+    return nullptr;
+}
+
+void RenderTree::applyContainerBounds()
+{
+    std::shared_ptr<RuntimeEngine> runtime = engine_.lock();
+    if (!root_ || !runtime) {
+        return;
+    }
+    if (runtime->widthMode == 2) {
+        YGNodeStyleSetMaxWidth(root_->yogaNode, runtime->containerWidth);
+    }
+    if (runtime->heightMode == 2) {
+        YGNodeStyleSetMaxHeight(root_->yogaNode, runtime->containerHeight);
+    }
+}
+
+void RenderTree::applyLayout()
+{
+    std::shared_ptr<RuntimeEngine> runtime = engine_.lock();
+    if (root_ && runtime) {
+        applyContainerBounds();
+        YGNodeCalculateLayout(root_->yogaNode, runtime->containerWidth, runtime->containerHeight, YGDirectionLTR);
+        // Also before the host's views exist: reading the results fills the
+        // layout caches each view is made from. What the nodes queue on the
+        // way is dropped when their views are made.
+        root_->applyLayout();
+    }
+    layoutApplied_ = true;
+}
+
+void RenderTree::layOut()
+{
+    std::shared_ptr<RuntimeEngine> runtime = engine_.lock();
+    if (!root_ || !runtime) {
+        return;
+    }
+    YGNodeCalculateLayout(root_->yogaNode, runtime->containerWidth, runtime->containerHeight, YGDirectionLTR);
+    if (root_->hasView) {
+        root_->applyLayout();
+    }
+}
+
+std::optional<ViewTree> RenderTree::createViews()
+{
+    if (!root_) {
+        return std::nullopt;
+    }
+    // Once the host has its views, changes are collected for it (the first
+    // layout, which comes before, has already turned this on).
+    layoutApplied_ = true;
+    return makeViewTree(*root_);
+}
+
+ViewTree RenderTree::makeViewTree(ViewRenderNode& node)
+{
+    ViewTree view{collectViewSlots(node), {}, &node};
+    node.hasView = true;
+    node.childChanges.clear();
+    node.propertyUpdates.clear();
+    node.animatedUpdates.clear();
+    if (node.isContainer()) {
+        for (const RenderNodePtr& child : static_cast<ContainerRenderNode&>(node).children) {
+            for (ViewRenderNode* shown : child->collectHostNodes().value_or(HostNodeList())) {
+                view.children.push_back(makeViewTree(*shown));
+            }
+        }
+    }
+    return view;
+}
+
+ViewTree RenderTree::describeViews(const ViewRenderNode& node)
+{
+    ViewTree view{collectViewSlots(node), {}, &node};
+    if (node.isContainer()) {
+        for (const RenderNodePtr& child : static_cast<const ContainerRenderNode&>(node).children) {
+            for (ViewRenderNode* shown : child->collectHostNodes().value_or(HostNodeList())) {
+                view.children.push_back(describeViews(*shown));
+            }
+        }
+    }
+    return view;
+}
+
+void RenderTree::forgetViewsBelow(const ViewRenderNode& node)
+{
+    if (!node.isContainer()) {
+        return;
+    }
+    for (const RenderNodePtr& child : static_cast<const ContainerRenderNode&>(node).children) {
+        child->hasView = false;
+        forgetViewsBelow(*child);
+    }
+}
+
+void RenderTree::viewsRefused(const std::vector<const ViewRenderNode*>& refused)
+{
+    for (const ViewRenderNode* node : refused) {
+        forgetViewsBelow(*node);
+    }
+}
+
+std::list<ViewRenderNode*>::iterator RenderTree::enlist(ViewRenderNode* node)
+{
+    return pending_.insert(pending_.end(), node);
+}
+
+bool RenderTree::mayAddNode() const
+{
+    if (nodeCount_ < Limits::kMaxRenderNodes) {
+        return true;
+    }
+    reportLimit(Limit::RenderNodes);
+    return false;
+}
+
+void RenderTree::flush()
+{
+    if (needsLayout_) {
+        layOut();
+        needsLayout_ = false;
+    }
+    ChangeList changes;
+    for (ViewRenderNode* node : pending_) {
+        if (node->queued) {
+            node->queued = false;
+            collectChanges(*node, changes);
+        }
+    }
+    pending_.clear();
+    if (host_ != nullptr && !changes.empty()) {
+        viewsRefused(host_->apply(changes));
+    }
+}
+
+void RenderTree::collectChanges(ViewRenderNode& node, ChangeList& changes)
+{
+    // Nodes queue from the first layout on, before any view exists, and a
+    // host may send an event before its views are made: a node without a
+    // view sends nothing and keeps nothing, since its view will be made from
+    // its current values. So does a node hidden since it queued (itself or
+    // a container above it): its views are made anew when it shows again.
+    const bool shown = node.hasView && node.isShown();
+    if (!node.childChanges.empty()) {
+        // Showing the root again makes its view anew, which drops what the
+        // root itself had queued, this list included: take it first.
+        const std::vector<ChildChange> queued = std::exchange(node.childChanges, {});
+        for (const ChildChange& change : queued) {
+            if (!shown) {
+                break;
+            }
+            if (change.kind == ChildChange::Kind::Insert) {
+                changes.emplace_back(InsertView{node.nodeId, change.index, makeViewTree(*change.node)});
+            } else {
+                changes.emplace_back(RemoveView{node.nodeId, change.index});
+            }
+        }
+    }
+    if (!node.propertyUpdates.empty()) {
+        std::vector<PropertyUpdate> updates = std::exchange(node.propertyUpdates, {});
+        if (shown) {
+            changes.emplace_back(SetProperties{node.nodeId, std::move(updates)});
+        }
+    }
+    if (!node.animatedUpdates.empty()) {
+        std::vector<AnimatedUpdate> animations = std::exchange(node.animatedUpdates, {});
+        if (shown) {
+            changes.emplace_back(PlayAnimations{node.nodeId, std::move(animations)});
+        }
+    }
+}
+
+}  // namespace Mero

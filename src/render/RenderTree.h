@@ -1,0 +1,101 @@
+// RenderTree: one card's render nodes, and what the host has yet to be told.
+//
+// It owns the root node and keeps the nodes that queued changes since the
+// last flush (in the order in which they first queued one), whether a
+// layout pass is owed, whether the first layout has been applied (before
+// it, layout results only fill the caches that views are made from), and
+// how many nodes the card has. Its flush lays the card out again when that
+// is owed, turns every pending node's queued records into one list of
+// changes, and only then hands the list to the host's views.
+#pragma once
+
+#include <cstddef>
+#include <list>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "render/ChangeList.h"
+#include "render/RenderNodePtr.h"
+#include "runtime/RuntimeObject.h"
+#include "value/Value.h"
+
+namespace Mero {
+
+class RuntimeEngine;
+class ViewHost;
+
+class RenderTree {
+public:
+    explicit RenderTree(EngineRef engine);
+    ~RenderTree();
+    RenderTree(const RenderTree&) = delete;
+    RenderTree& operator=(const RenderTree&) = delete;
+
+    // Builds the tree from the template's elements (one entry of script:
+    // binding evaluates it). An earlier tree goes once the new one is in.
+    void build(const Value& elements);
+
+    ViewRenderNode* root() const { return root_.get(); }
+
+    // Breadth first from the root, children in stored order, entering only
+    // containers; the first node whose id matches, or null.
+    ViewRenderNode* find(std::string_view nodeId) const;
+
+    // The first layout: the container's bounds, a layout pass, and the
+    // results read into every node; from here on changes are collected.
+    void applyLayout();
+    // The container's "at most" sizes as the root's maximum sizes.
+    void applyContainerBounds();
+
+    // The host's views of the whole tree, for createComponentTree; null
+    // without a root. Every node shown gets its view; what it had queued
+    // is dropped, since the views are made from current values.
+    std::optional<ViewTree> createViews();
+    // The views the host refused to make: the nodes under them have none.
+    void viewsRefused(const std::vector<const ViewRenderNode*>& refused);
+
+    // The owed layout pass, then every pending node's changes, to the host.
+    void flush();
+
+    // The host's views; null until the host binds them (nothing is sent).
+    void setViewHost(ViewHost* host) { host_ = host; }
+    ViewHost* viewHost() const { return host_; }
+
+    const EngineRef& engine() const { return engine_; }
+    bool layoutApplied() const { return layoutApplied_; }
+    void requestLayout() { needsLayout_ = true; }
+    bool layoutRequested() const { return needsLayout_; }
+    const std::list<ViewRenderNode*>& pendingNodes() const { return pending_; }
+
+    // Node bookkeeping, for the nodes themselves.
+    std::list<ViewRenderNode*>::iterator enlist(ViewRenderNode* node);
+    void delist(std::list<ViewRenderNode*>::iterator entry) { pending_.erase(entry); }
+    void nodeMade() { ++nodeCount_; }
+    void nodeGone() { --nodeCount_; }
+    std::size_t nodeCount() const { return nodeCount_; }
+    // Whether the card may have one more node; reported when it may not.
+    bool mayAddNode() const;
+
+    // The view of `node` and its subtree, marking every node in it as shown
+    // and dropping what they had queued.
+    static ViewTree makeViewTree(ViewRenderNode& node);
+    // The same views, as they would be made now, changing nothing: what a
+    // host that mirrors the engine must hold.
+    static ViewTree describeViews(const ViewRenderNode& node);
+
+private:
+    void layOut();
+    void collectChanges(ViewRenderNode& node, ChangeList& changes);
+    static void forgetViewsBelow(const ViewRenderNode& node);
+
+    EngineRef engine_;
+    ViewHost* host_ = nullptr;
+    RenderNodePtr root_;
+    std::list<ViewRenderNode*> pending_;  // not owned
+    std::size_t nodeCount_ = 0;
+    bool needsLayout_ = false;
+    bool layoutApplied_ = false;
+};
+
+}  // namespace Mero
