@@ -1,0 +1,2 @@
+// A bridge header.
+#pragma once
