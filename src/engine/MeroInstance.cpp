@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <utility>
 
-#include "render/RenderNodeFactory.h"
 #include "render/RenderTree.h"
 #include "render/SwiperRenderNode.h"
 #include "runtime/RuntimeEngine.h"
@@ -186,7 +185,7 @@ void MeroInstance::sendClickEvent(const std::string& componentId)
 void MeroInstance::sendSwiperEvent(const std::string& componentId, int32_t index)
 {
     auto* swiper = dynamic_cast<SwiperRenderNode*>(tree_->find(componentId));
-    if (swiper == nullptr || swiper->type != static_cast<uint32_t>(ElementType::Swiper)) {
+    if (swiper == nullptr) {
         return;
     }
     std::shared_ptr<RuntimeEngine> runtime = swiper->engine.lock();

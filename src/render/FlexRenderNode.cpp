@@ -1,7 +1,6 @@
 #include "render/FlexRenderNode.h"
 
 #include <algorithm>
-#include <array>
 #include <iostream>
 #include <string_view>
 
@@ -13,29 +12,18 @@ namespace Mero {
 
 namespace {
 
-struct FlexRow {
-    std::string_view key;
-    void (*set)(YGNodeRef, int32_t);
-    double fallback;
-};
-
 // Each number is truncated and passed on as Yoga's own enumeration value.
-// The direction defaults to row, not Yoga's column.
-constexpr std::array<FlexRow, 5> flexRows{{
-    {"flexDirection",
-     [](YGNodeRef node, int32_t value) { YGNodeStyleSetFlexDirection(node, static_cast<YGFlexDirection>(value)); },
-     YGFlexDirectionRow},
-    {"justifyContent",
-     [](YGNodeRef node, int32_t value) { YGNodeStyleSetJustifyContent(node, static_cast<YGJustify>(value)); },
-     YGJustifyFlexStart},
-    {"alignItems", [](YGNodeRef node, int32_t value) { YGNodeStyleSetAlignItems(node, static_cast<YGAlign>(value)); },
-     YGAlignFlexStart},
-    {"alignContent",
-     [](YGNodeRef node, int32_t value) { YGNodeStyleSetAlignContent(node, static_cast<YGAlign>(value)); },
-     YGAlignFlexStart},
-    {"flexWrap", [](YGNodeRef node, int32_t value) { YGNodeStyleSetFlexWrap(node, static_cast<YGWrap>(value)); },
-     YGWrapNoWrap},
-}};
+void setFlexValue(YGNodeRef node, Property property, int32_t value)
+{
+    switch (property) {
+    case Property::FlexDirection: YGNodeStyleSetFlexDirection(node, static_cast<YGFlexDirection>(value)); break;
+    case Property::JustifyContent: YGNodeStyleSetJustifyContent(node, static_cast<YGJustify>(value)); break;
+    case Property::AlignItems: YGNodeStyleSetAlignItems(node, static_cast<YGAlign>(value)); break;
+    case Property::AlignContent: YGNodeStyleSetAlignContent(node, static_cast<YGAlign>(value)); break;
+    case Property::FlexWrap: YGNodeStyleSetFlexWrap(node, static_cast<YGWrap>(value)); break;
+    default: break;
+    }
+}
 
 }  // namespace
 
@@ -43,12 +31,18 @@ FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parent
                                LocalScope localScope)
     : ContainerRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
-    if (const Value* list = NodeBinding::propertyOf(element, "children")) {
+    if (const Value* list = NodeBinding::propertyOf(element, keyOf(Property::Children))) {
         childElements = *list;
     }
-    for (const FlexRow& row : flexRows) {
-        bindNumber(element, row.key, row.fallback, [this, &row](double number, bool initial) {
-            row.set(yogaNode, truncateToInt32(number));
+    // Every flex value is set, its default too: the direction defaults to
+    // row, not to Yoga's column.
+    for (Property property : kind().properties) {
+        const PropertyInfo& row = info(property);
+        if (row.input != PropertyInput::YogaEnum) {
+            continue;
+        }
+        bindNumber(element, row.key, row.numberDefault, [this, property](double number, bool initial) {
+            setFlexValue(yogaNode, property, truncateToInt32(number));
             if (!initial) {
                 requestLayout();
             }

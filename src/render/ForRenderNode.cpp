@@ -10,15 +10,15 @@ ForRenderNode::ForRenderNode(const Value& element, ContainerRenderNode* parentNo
                              LocalScope localScope)
     : FlexRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
-    if (const Value* source = NodeBinding::propertyOf(element, "list")) {
+    if (const Value* source = NodeBinding::propertyOf(element, keyOf(Property::List))) {
         Value items =
             NodeBinding::isScalar(*source) ? *source : createRuntimeObject(*source)->value(this->scope, this->engine);
         list = items.arrayPtr();
     }
-    if (const Value* name = NodeBinding::propertyOf(element, "index")) {
+    if (const Value* name = NodeBinding::propertyOf(element, keyOf(Property::Index))) {
         indexName = name->string();
     }
-    if (const Value* name = NodeBinding::propertyOf(element, "item")) {
+    if (const Value* name = NodeBinding::propertyOf(element, keyOf(Property::Item))) {
         itemName = name->string();
     }
     const ValueArray& templates = childElements.array();

@@ -2,18 +2,13 @@
 
 #include <iostream>
 
-#include "render/BlurRenderNode.h"
-#include "render/CustomRenderNode.h"
 #include "render/FlexRenderNode.h"
 #include "render/ForRenderNode.h"
-#include "render/ImageRenderNode.h"
-#include "render/ProgressRenderNode.h"
-#include "render/RatingRenderNode.h"
-#include "render/SwiperRenderNode.h"
-#include "render/TextRenderNode.h"
-#include "render/VideoRenderNode.h"
-#include "runtime/NumberConversion.h"
+#include "render/LeafRenderNode.h"
+#include "render/NodeKinds.h"
 #include "render/RenderTree.h"
+#include "render/SwiperRenderNode.h"
+#include "runtime/NumberConversion.h"
 #include "runtime/ScriptRun.h"
 
 namespace Mero {
@@ -29,24 +24,22 @@ RenderNodePtr make(const Value& element, ContainerRenderNode* parent, RenderTree
 RenderNodePtr constructNode(const Value& element, ContainerRenderNode* parent, RenderTree& tree,
                             const LocalScope& scope)
 {
-    auto found = element.object().find("$");
+    auto found = element.object().find(std::string(keyOf(Property::Type)));
     const double code = found == element.object().end() ? 0.0 : found->second.number();
-    switch (static_cast<ElementType>(truncateToUint32(code))) {
-    case ElementType::View: return make<ViewRenderNode>(element, parent, tree, scope);
-    case ElementType::For: return make<ForRenderNode>(element, parent, tree, scope);
-    case ElementType::Flex: return make<FlexRenderNode>(element, parent, tree, scope);
-    case ElementType::Text: return make<TextRenderNode>(element, parent, tree, scope);
-    case ElementType::Image: return make<ImageRenderNode>(element, parent, tree, scope);
-    case ElementType::Progress: return make<ProgressRenderNode>(element, parent, tree, scope);
-    case ElementType::Rating: return make<RatingRenderNode>(element, parent, tree, scope);
-    case ElementType::Swiper: return make<SwiperRenderNode>(element, parent, tree, scope);
-    case ElementType::Custom: return make<CustomRenderNode>(element, parent, tree, scope);
-    case ElementType::Video: return make<VideoRenderNode>(element, parent, tree, scope);
-    case ElementType::Blur: return make<BlurRenderNode>(element, parent, tree, scope);
+    const NodeKind* kind = kindOfCode(truncateToUint32(code));
+    if (kind == nullptr) {
+        // 1, and 12 and above: a plain view stands in (and builds no children).
+        std::cout << "render node type error" << std::endl;
+        return make<ViewRenderNode>(element, parent, tree, scope);
     }
-    // 1, and 12 and above: a plain view stands in (and builds no children).
-    std::cout << "render node type error" << std::endl;
-    return make<ViewRenderNode>(element, parent, tree, scope);
+    switch (kind->nodeClass) {
+    case NodeClass::View: return make<ViewRenderNode>(element, parent, tree, scope);
+    case NodeClass::Flex: return make<FlexRenderNode>(element, parent, tree, scope);
+    case NodeClass::For: return make<ForRenderNode>(element, parent, tree, scope);
+    case NodeClass::Swiper: return make<SwiperRenderNode>(element, parent, tree, scope);
+    case NodeClass::Leaf: return make<LeafRenderNode>(element, parent, tree, scope);
+    }
+    return nullptr;
 }
 
 // The root is at depth 1.

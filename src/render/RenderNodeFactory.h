@@ -2,8 +2,6 @@
 // subtree built depth first.
 #pragma once
 
-#include <cstdint>
-
 #include "render/RenderNodePtr.h"
 #include "runtime/LocalScope.h"
 #include "runtime/RuntimeObject.h"
@@ -13,21 +11,6 @@ namespace Mero {
 
 class ContainerRenderNode;
 class RenderTree;
-
-// Element type codes (the element's "$").
-enum class ElementType : uint32_t {
-    View = 0,
-    For = 2,
-    Flex = 3,
-    Text = 4,
-    Image = 5,
-    Progress = 6,
-    Rating = 7,
-    Swiper = 8,
-    Custom = 9,
-    Video = 10,
-    Blur = 11,
-};
 
 // Null when `element` is not an object, or when the node would cross the
 // card's element depth or node count (reported). An unknown type code is

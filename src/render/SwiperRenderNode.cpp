@@ -44,10 +44,10 @@ SwiperRenderNode::SwiperRenderNode(const Value& element, ContainerRenderNode* pa
     YGNodeSetContext(pageYogaNode, this);
     YGNodeSetMeasureFunc(pageYogaNode, measurePageArea);
     YGNodeInsertChild(yogaNode, pageYogaNode, 0);
-    if (const Value* handler = NodeBinding::propertyOf(element, "onSwiperChange")) {
+    if (const Value* handler = NodeBinding::propertyOf(element, keyOf(Property::OnSwiperChange))) {
         onSwiperChange = *handler;
     }
-    bindLeafProperties(element, propertyTable, values);
+    bindKindProperties(element);
 }
 
 SwiperRenderNode::~SwiperRenderNode()

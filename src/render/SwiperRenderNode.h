@@ -6,23 +6,11 @@
 #include <array>
 
 #include "render/ForRenderNode.h"
-#include "render/LeafProperty.h"
-#include "render/PropertyIds.h"
 
 namespace Mero {
 
 class SwiperRenderNode : public ForRenderNode {
 public:
-    enum Slot : std::size_t { Duration, Interval, Autoplay, Circular, Direction, Touchable, SlotCount };
-    static constexpr std::array<LeafProperty, SlotCount> propertyTable{{
-        leafNumber("duration", PropertyId::SwiperDuration),
-        leafNumber("interval", PropertyId::SwiperInterval),
-        leafBool("autoplay", PropertyId::Autoplay),
-        leafBool("circular", PropertyId::Circular),
-        leafNumber("swiperDirection", PropertyId::SwiperDirection),
-        leafBool("touchable", PropertyId::Touchable),
-    }};
-
     SwiperRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope);
     ~SwiperRenderNode() override;
     SwiperRenderNode(const SwiperRenderNode&) = delete;
@@ -37,19 +25,11 @@ public:
     // to the host but never enters the swiper's Yoga tree.
     void onChildVisibleChanged(ViewRenderNode* child) override;
 
-    double duration() const { return values[Duration].number(); }
-    double interval() const { return values[Interval].number(); }
-    bool autoplay() const { return values[Autoplay].boolean(); }
-    bool circular() const { return values[Circular].boolean(); }
-    double swiperDirection() const { return values[Direction].number(); }
-    bool touchable() const { return values[Touchable].boolean(); }
-
     // Lays every page out as a Yoga root of the given size.
     void layOutPages(float width, float height);
 
     YGNodeRef pageYogaNode = nullptr;
     Value onSwiperChange;  // the handler name, unevaluated
-    std::array<Value, SlotCount> values;
 
 private:
     // The size the pages were last laid out at. Yoga keeps the page area's

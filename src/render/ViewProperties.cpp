@@ -1,16 +1,18 @@
-// The properties every node accepts, as tables: box and flex sizes that go to
-// Yoga, then the visual style that goes to the host view. One loop binds each
-// table in order (the order is observable: two properties bound to the same
-// variable are updated in binding order).
+// Binding the properties every node has, in the order of their list in
+// NodeKinds.cpp (the order is observable: two properties bound to the same
+// variable are updated in binding order): box and flex sizes go to Yoga, the
+// visual style to the host view. What each property is comes from the
+// property table; here is only where its value goes.
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <unordered_map>
 
 #include "render/NodeBinding.h"
-#include "render/PropertyIds.h"
+#include "render/PropertyTable.h"
 #include "render/ViewRenderNode.h"
 #include "runtime/NumberConversion.h"
 
@@ -45,147 +47,109 @@ YGPositionType templatePositionType(double number)
     }
 }
 
-enum class LayoutKind {
-    Size,    // a size: the unit picks the setter; units without one are ignored
-    Number,  // a plain number, default 0
-    Once,    // no key: called once, unconditionally, at this point
+// Where each Yoga-bound property goes: the setters of its units. Sizes whose
+// unit has no setter (a percent border, an auto minimum) are ignored.
+struct YogaEffect {
+    YGEdge edge = YGEdgeAll;
+    EdgeSetter point = nullptr;
+    EdgeSetter percent = nullptr;
+    EdgeAutoSetter automatic = nullptr;
+    NumberSetter number = nullptr;
 };
 
-struct LayoutRow {
-    std::string_view key;
-    LayoutKind kind;
-    YGEdge edge;
-    EdgeSetter point;
-    EdgeSetter percent;
-    EdgeAutoSetter automatic;
-    NumberSetter number;
-    void (*once)(YGNodeRef);
-};
-
-constexpr LayoutRow sizeRow(std::string_view key, YGEdge edge, EdgeSetter point, EdgeSetter percent,
-                            EdgeAutoSetter automatic = nullptr)
+YogaEffect yogaEffect(Property property)
 {
-    return {key, LayoutKind::Size, edge, point, percent, automatic, nullptr, nullptr};
+    switch (property) {
+    case Property::Width:
+        return {YGEdgeAll, ignoringEdge<YGNodeStyleSetWidth>, ignoringEdge<YGNodeStyleSetWidthPercent>,
+                ignoringEdgeAuto<YGNodeStyleSetWidthAuto>};
+    case Property::Height:
+        return {YGEdgeAll, ignoringEdge<YGNodeStyleSetHeight>, ignoringEdge<YGNodeStyleSetHeightPercent>,
+                ignoringEdgeAuto<YGNodeStyleSetHeightAuto>};
+    case Property::MinWidth:
+        return {YGEdgeAll, ignoringEdge<YGNodeStyleSetMinWidth>, ignoringEdge<YGNodeStyleSetMinWidthPercent>};
+    case Property::MinHeight:
+        return {YGEdgeAll, ignoringEdge<YGNodeStyleSetMinHeight>, ignoringEdge<YGNodeStyleSetMinHeightPercent>};
+    case Property::MaxWidth:
+        return {YGEdgeAll, ignoringEdge<YGNodeStyleSetMaxWidth>, ignoringEdge<YGNodeStyleSetMaxWidthPercent>};
+    case Property::MaxHeight:
+        return {YGEdgeAll, ignoringEdge<YGNodeStyleSetMaxHeight>, ignoringEdge<YGNodeStyleSetMaxHeightPercent>};
+    case Property::MarginLeft: return {YGEdgeLeft, YGNodeStyleSetMargin, YGNodeStyleSetMarginPercent};
+    case Property::MarginTop: return {YGEdgeTop, YGNodeStyleSetMargin, YGNodeStyleSetMarginPercent};
+    case Property::MarginRight: return {YGEdgeRight, YGNodeStyleSetMargin, YGNodeStyleSetMarginPercent};
+    case Property::MarginBottom: return {YGEdgeBottom, YGNodeStyleSetMargin, YGNodeStyleSetMarginPercent};
+    case Property::PaddingLeft: return {YGEdgeLeft, YGNodeStyleSetPadding, YGNodeStyleSetPaddingPercent};
+    case Property::PaddingTop: return {YGEdgeTop, YGNodeStyleSetPadding, YGNodeStyleSetPaddingPercent};
+    case Property::PaddingRight: return {YGEdgeRight, YGNodeStyleSetPadding, YGNodeStyleSetPaddingPercent};
+    case Property::PaddingBottom: return {YGEdgeBottom, YGNodeStyleSetPadding, YGNodeStyleSetPaddingPercent};
+    case Property::BorderLeft: return {YGEdgeLeft, YGNodeStyleSetBorder};
+    case Property::BorderTop: return {YGEdgeTop, YGNodeStyleSetBorder};
+    case Property::BorderRight: return {YGEdgeRight, YGNodeStyleSetBorder};
+    case Property::BorderBottom: return {YGEdgeBottom, YGNodeStyleSetBorder};
+    case Property::Left: return {YGEdgeLeft, YGNodeStyleSetPosition, YGNodeStyleSetPositionPercent};
+    case Property::Top: return {YGEdgeTop, YGNodeStyleSetPosition, YGNodeStyleSetPositionPercent};
+    case Property::Right: return {YGEdgeRight, YGNodeStyleSetPosition, YGNodeStyleSetPositionPercent};
+    case Property::Bottom: return {YGEdgeBottom, YGNodeStyleSetPosition, YGNodeStyleSetPositionPercent};
+    case Property::Position:
+        return {.number = [](YGNodeRef node, double number) {
+                    YGNodeStyleSetPositionType(node, templatePositionType(number));
+                }};
+    case Property::FlexGrow:
+        return {.number = [](YGNodeRef node, double number) {
+                    YGNodeStyleSetFlexGrow(node, static_cast<float>(number));
+                }};
+    case Property::FlexShrink:
+        return {.number = [](YGNodeRef node, double number) {
+                    YGNodeStyleSetFlexShrink(node, static_cast<float>(number));
+                }};
+    default: return {};
+    }
 }
 
-constexpr LayoutRow numberRow(std::string_view key, NumberSetter number)
-{
-    return {key, LayoutKind::Number, YGEdgeAll, nullptr, nullptr, nullptr, number, nullptr};
-}
-
-constexpr LayoutRow onceRow(void (*once)(YGNodeRef))
-{
-    return {{}, LayoutKind::Once, YGEdgeAll, nullptr, nullptr, nullptr, nullptr, once};
-}
-
-constexpr std::array<LayoutRow, 26> layoutRows{{
-    sizeRow("width", YGEdgeAll, ignoringEdge<YGNodeStyleSetWidth>, ignoringEdge<YGNodeStyleSetWidthPercent>,
-            ignoringEdgeAuto<YGNodeStyleSetWidthAuto>),
-    sizeRow("height", YGEdgeAll, ignoringEdge<YGNodeStyleSetHeight>, ignoringEdge<YGNodeStyleSetHeightPercent>,
-            ignoringEdgeAuto<YGNodeStyleSetHeightAuto>),
-    sizeRow("minWidth", YGEdgeAll, ignoringEdge<YGNodeStyleSetMinWidth>, ignoringEdge<YGNodeStyleSetMinWidthPercent>),
-    sizeRow("minHeight", YGEdgeAll, ignoringEdge<YGNodeStyleSetMinHeight>,
-            ignoringEdge<YGNodeStyleSetMinHeightPercent>),
-    sizeRow("maxWidth", YGEdgeAll, ignoringEdge<YGNodeStyleSetMaxWidth>, ignoringEdge<YGNodeStyleSetMaxWidthPercent>),
-    sizeRow("maxHeight", YGEdgeAll, ignoringEdge<YGNodeStyleSetMaxHeight>,
-            ignoringEdge<YGNodeStyleSetMaxHeightPercent>),
-    sizeRow("marginLeft", YGEdgeLeft, YGNodeStyleSetMargin, YGNodeStyleSetMarginPercent),
-    sizeRow("marginTop", YGEdgeTop, YGNodeStyleSetMargin, YGNodeStyleSetMarginPercent),
-    sizeRow("marginRight", YGEdgeRight, YGNodeStyleSetMargin, YGNodeStyleSetMarginPercent),
-    sizeRow("marginBottom", YGEdgeBottom, YGNodeStyleSetMargin, YGNodeStyleSetMarginPercent),
-    sizeRow("paddingLeft", YGEdgeLeft, YGNodeStyleSetPadding, YGNodeStyleSetPaddingPercent),
-    sizeRow("paddingTop", YGEdgeTop, YGNodeStyleSetPadding, YGNodeStyleSetPaddingPercent),
-    sizeRow("paddingRight", YGEdgeRight, YGNodeStyleSetPadding, YGNodeStyleSetPaddingPercent),
-    sizeRow("paddingBottom", YGEdgeBottom, YGNodeStyleSetPadding, YGNodeStyleSetPaddingPercent),
-    sizeRow("borderLeft", YGEdgeLeft, YGNodeStyleSetBorder, nullptr),
-    sizeRow("borderTop", YGEdgeTop, YGNodeStyleSetBorder, nullptr),
-    sizeRow("borderRight", YGEdgeRight, YGNodeStyleSetBorder, nullptr),
-    sizeRow("borderBottom", YGEdgeBottom, YGNodeStyleSetBorder, nullptr),
-    numberRow("position",
-              [](YGNodeRef node, double number) { YGNodeStyleSetPositionType(node, templatePositionType(number)); }),
-    sizeRow("left", YGEdgeLeft, YGNodeStyleSetPosition, YGNodeStyleSetPositionPercent),
-    sizeRow("top", YGEdgeTop, YGNodeStyleSetPosition, YGNodeStyleSetPositionPercent),
-    sizeRow("right", YGEdgeRight, YGNodeStyleSetPosition, YGNodeStyleSetPositionPercent),
-    sizeRow("bottom", YGEdgeBottom, YGNodeStyleSetPosition, YGNodeStyleSetPositionPercent),
-    onceRow(YGNodeStyleSetFlexBasisAuto),
-    numberRow("flexGrow",
-              [](YGNodeRef node, double number) { YGNodeStyleSetFlexGrow(node, static_cast<float>(number)); }),
-    numberRow("flexShrink",
-              [](YGNodeRef node, double number) { YGNodeStyleSetFlexShrink(node, static_cast<float>(number)); }),
-}};
-
-void applySize(const LayoutRow& row, YGNodeRef node, YGValue size)
+void applySize(const YogaEffect& effect, YGNodeRef node, YGValue size)
 {
     switch (size.unit) {
-    case YGUnitPoint: row.point(node, row.edge, size.value); break;
+    case YGUnitPoint: effect.point(node, effect.edge, size.value); break;
     case YGUnitPercent:
-        if (row.percent != nullptr) {
-            row.percent(node, row.edge, size.value);
+        if (effect.percent != nullptr) {
+            effect.percent(node, effect.edge, size.value);
         }
         break;
     case YGUnitAuto:
-        if (row.automatic != nullptr) {
-            row.automatic(node, row.edge);
+        if (effect.automatic != nullptr) {
+            effect.automatic(node, effect.edge);
         }
         break;
     default: break;  // undefined: the style keeps its previous value
     }
 }
 
-enum class StyleKind {
-    Corner,  // a size, as a number
-    Colour,  // a Value, a colour string
-    Number,
-};
-
-struct StyleRow {
-    std::string_view key;
-    StyleKind kind;
-    uint32_t propertyId;
-    double numberDefault;
-    std::string_view colourDefault;
-    std::string_view transitionKey;  // empty: never animated
-    double StyleCache::*number;
-    std::string StyleCache::*colour;
-};
-
-constexpr StyleRow cornerRow(std::string_view key, uint32_t id, double StyleCache::*field)
+// Where each common style value is kept: what a new host view starts from.
+double StyleCache::*numberField(Property property)
 {
-    return {key, StyleKind::Corner, id, 0.0, {}, {}, field, nullptr};
+    switch (property) {
+    case Property::CornerLeftTop: return &StyleCache::cornerLeftTop;
+    case Property::CornerRightTop: return &StyleCache::cornerRightTop;
+    case Property::CornerRightBottom: return &StyleCache::cornerRightBottom;
+    case Property::CornerLeftBottom: return &StyleCache::cornerLeftBottom;
+    case Property::Opacity: return &StyleCache::opacity;
+    case Property::ScaleX: return &StyleCache::scaleX;
+    case Property::ScaleY: return &StyleCache::scaleY;
+    case Property::AnchorPointX: return &StyleCache::anchorPointX;
+    case Property::AnchorPointY: return &StyleCache::anchorPointY;
+    case Property::RotationX: return &StyleCache::rotationX;
+    case Property::RotationY: return &StyleCache::rotationY;
+    case Property::RotationZ: return &StyleCache::rotationZ;
+    case Property::TranslateX: return &StyleCache::translateX;
+    case Property::TranslateY: return &StyleCache::translateY;
+    default: return nullptr;
+    }
 }
 
-constexpr StyleRow colourRow(std::string_view key, uint32_t id, std::string_view fallback,
-                             std::string_view transitionKey, std::string StyleCache::*field)
+std::string StyleCache::*textField(Property property)
 {
-    return {key, StyleKind::Colour, id, 0.0, fallback, transitionKey, nullptr, field};
+    return property == Property::BackgroundColor ? &StyleCache::backgroundColor : &StyleCache::borderColor;
 }
-
-constexpr StyleRow numberStyleRow(std::string_view key, uint32_t id, double fallback, std::string_view transitionKey,
-                                  double StyleCache::*field)
-{
-    return {key, StyleKind::Number, id, fallback, {}, transitionKey, field, nullptr};
-}
-
-// The nine transform rows all look up the one transition key "transform".
-constexpr std::array<StyleRow, 16> styleRows{{
-    cornerRow("cornerLeftTop", PropertyId::CornerLeftTop, &StyleCache::cornerLeftTop),
-    cornerRow("cornerRightTop", PropertyId::CornerRightTop, &StyleCache::cornerRightTop),
-    cornerRow("cornerRightBottom", PropertyId::CornerRightBottom, &StyleCache::cornerRightBottom),
-    cornerRow("cornerLeftBottom", PropertyId::CornerLeftBottom, &StyleCache::cornerLeftBottom),
-    colourRow("backgroundColor", PropertyId::BackgroundColor, "#00000000", "backgroundColor",
-              &StyleCache::backgroundColor),
-    numberStyleRow("opacity", PropertyId::Opacity, 1.0, "opacity", &StyleCache::opacity),
-    colourRow("borderColor", PropertyId::BorderColor, "#000000FF", {}, &StyleCache::borderColor),
-    numberStyleRow("scaleX", PropertyId::ScaleX, 1.0, "transform", &StyleCache::scaleX),
-    numberStyleRow("scaleY", PropertyId::ScaleY, 1.0, "transform", &StyleCache::scaleY),
-    numberStyleRow("anchorPointX", PropertyId::AnchorPointX, 0.5, "transform", &StyleCache::anchorPointX),
-    numberStyleRow("anchorPointY", PropertyId::AnchorPointY, 0.5, "transform", &StyleCache::anchorPointY),
-    numberStyleRow("rotationX", PropertyId::RotationX, 0.0, "transform", &StyleCache::rotationX),
-    numberStyleRow("rotationY", PropertyId::RotationY, 0.0, "transform", &StyleCache::rotationY),
-    numberStyleRow("rotationZ", PropertyId::RotationZ, 0.0, "transform", &StyleCache::rotationZ),
-    numberStyleRow("translateX", PropertyId::TranslateX, 0.0, "transform", &StyleCache::translateX),
-    numberStyleRow("translateY", PropertyId::TranslateY, 0.0, "transform", &StyleCache::translateY),
-}};
 
 Gradient readGradient(const Value& element)
 {
@@ -216,29 +180,22 @@ Gradient readGradient(const Value& element)
 }
 
 // An element names a handful of the forty-odd common keys. One pass over its
-// members marks the rows it names (bit i: layout row i, then the style rows),
-// so the rows it leaves out take their defaults without a lookup each.
-constexpr std::size_t styleBitBase = layoutRows.size();
-static_assert(layoutRows.size() + styleRows.size() <= 64);
-
-uint64_t namedRows(const Value& element)
+// members marks the ones it names (bit i: the i-th common property), so the
+// others take their defaults without a lookup each.
+uint64_t namedProperties(const Value& element)
 {
-    static const std::unordered_map<std::string_view, uint64_t> rowBits = [] {
+    static const std::unordered_map<std::string_view, uint64_t> bitOfKey = [] {
         std::unordered_map<std::string_view, uint64_t> bits;
-        for (std::size_t i = 0; i < layoutRows.size(); ++i) {
-            if (!layoutRows[i].key.empty()) {
-                bits.emplace(layoutRows[i].key, uint64_t{1} << i);
-            }
-        }
-        for (std::size_t i = 0; i < styleRows.size(); ++i) {
-            bits.emplace(styleRows[i].key, uint64_t{1} << (styleBitBase + i));
+        const std::span<const Property> common = commonProperties();
+        for (std::size_t i = 0; i < common.size(); ++i) {
+            bits.emplace(keyOf(common[i]), uint64_t{1} << i);
         }
         return bits;
     }();
     uint64_t named = 0;
     for (const auto& [key, value] : element.object()) {
-        auto found = rowBits.find(key);
-        if (found != rowBits.end()) {
+        auto found = bitOfKey.find(key);
+        if (found != bitOfKey.end()) {
             named |= found->second;
         }
     }
@@ -250,81 +207,86 @@ uint64_t namedRows(const Value& element)
 void ViewRenderNode::bindCommonProperties(const Value& element)
 {
     static const Value unnamed;
-    const uint64_t named = namedRows(element);
-    auto source = [&](std::size_t bit) -> const Value& {
-        return (named & (uint64_t{1} << bit)) != 0 ? element : unnamed;
-    };
+    const std::span<const Property> common = commonProperties();
+    const uint64_t named = namedProperties(element);
 
-    for (std::size_t i = 0; i < layoutRows.size(); ++i) {
-        const LayoutRow& row = layoutRows[i];
-        switch (row.kind) {
-        case LayoutKind::Size:
-            bindYogaSize(source(i), row.key, [this, &row](YGValue size, bool initial) {
-                applySize(row, yogaNode, size);
+    for (std::size_t i = 0; i < common.size(); ++i) {
+        const PropertyInfo& row = info(common[i]);
+        const Value& properties = (named & (uint64_t{1} << i)) != 0 ? element : unnamed;
+        switch (row.input) {
+        case PropertyInput::Visibility:
+            bindBool(properties, row.key, true, [this](bool shown, bool) { setVisible(shown); });
+            break;
+        case PropertyInput::YogaSize:
+        case PropertyInput::YogaLength:
+        case PropertyInput::YogaPoints:
+            bindYogaSize(properties, row.key, [this, effect = yogaEffect(row.property)](YGValue size, bool initial) {
+                applySize(effect, yogaNode, size);
                 if (!initial) {
                     requestLayout();
                 }
             });
             break;
-        case LayoutKind::Number:
-            bindNumber(source(i), row.key, 0.0, [this, &row](double number, bool initial) {
-                row.number(yogaNode, number);
+        case PropertyInput::YogaNumber:
+            if (row.property == Property::FlexGrow) {
+                // Called once, unconditionally, at this point of the order.
+                YGNodeStyleSetFlexBasisAuto(yogaNode);
+            }
+            bindNumber(properties, row.key, 0.0, [this, set = yogaEffect(row.property).number](double number, bool initial) {
+                set(yogaNode, number);
                 if (!initial) {
                     requestLayout();
                 }
             });
             break;
-        case LayoutKind::Once: row.once(yogaNode); break;
+        case PropertyInput::Size:
+        case PropertyInput::Number:
+        case PropertyInput::Text: bindStyleProperty(properties, row); break;
+        default: break;  // read once by the constructor, or laid out
         }
     }
-
-    for (std::size_t i = 0; i < styleRows.size(); ++i) {
-        const StyleRow& row = styleRows[i];
-        const Value& properties = source(styleBitBase + i);
-        // The plain-or-animated choice is made once, here.
-        std::optional<Transition> transition;
-        if (!row.transitionKey.empty()) {
-            if (const Transition* found = transitionFor(row.transitionKey)) {
-                transition = *found;
-            }
-        }
-        auto queue = [this, &row, transition](Value value) {
-            if (transition) {
-                queueAnimatedUpdate(row.propertyId, std::move(value), *transition);
-            } else {
-                queuePropertyUpdate(row.propertyId, std::move(value));
-            }
-        };
-        // The first value is only cached: the host view is created from it.
-        switch (row.kind) {
-        case StyleKind::Corner:
-            bindSize(properties, row.key, [this, &row, queue](double number, bool initial) {
-                style.*row.number = number;
-                if (!initial) {
-                    queue(number);
-                }
-            });
-            break;
-        case StyleKind::Number:
-            bindNumber(properties, row.key, row.numberDefault, [this, &row, queue](double number, bool initial) {
-                style.*row.number = number;
-                if (!initial) {
-                    queue(number);
-                }
-            });
-            break;
-        case StyleKind::Colour:
-            bindValue(properties, row.key, Value(row.colourDefault), [this, &row, queue](Value colour, bool initial) {
-                style.*row.colour = colour.string();
-                if (!initial) {
-                    queue(std::move(colour));
-                }
-            });
-            break;
-        }
-    }
-
     style.gradient = readGradient(element);
+}
+
+void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyInfo& row)
+{
+    // The plain-or-animated choice is made once, here.
+    std::optional<Transition> transition;
+    if (row.has(Animatable)) {
+        if (const Transition* found = transitionFor(row.transitionKey)) {
+            transition = *found;
+        }
+    }
+    const uint32_t id = hostIdOf(row.property);
+    auto queue = [this, id, transition](Value value) {
+        if (transition) {
+            queueAnimatedUpdate(id, std::move(value), *transition);
+        } else {
+            queuePropertyUpdate(id, std::move(value));
+        }
+    };
+    // The first value is only cached: the host view is made from it.
+    if (row.input == PropertyInput::Text) {
+        bindValue(properties, row.key, Value(row.textDefault),
+                  [this, field = textField(row.property), queue](Value colour, bool initial) {
+                      style.*field = colour.string();
+                      if (!initial) {
+                          queue(std::move(colour));
+                      }
+                  });
+        return;
+    }
+    auto store = [this, field = numberField(row.property), queue](double number, bool initial) {
+        style.*field = number;
+        if (!initial) {
+            queue(number);
+        }
+    };
+    if (row.input == PropertyInput::Size) {
+        bindSize(properties, row.key, store);
+    } else {
+        bindNumber(properties, row.key, row.numberDefault, store);
+    }
 }
 
 }  // namespace Mero

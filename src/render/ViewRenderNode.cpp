@@ -5,7 +5,7 @@
 
 #include "render/ContainerRenderNode.h"
 #include "render/NodeBinding.h"
-#include "render/PropertyIds.h"
+#include "render/PropertyTable.h"
 #include "runtime/NumberConversion.h"
 #include "render/RenderTree.h"
 #include "runtime/RuntimeEngine.h"
@@ -19,11 +19,16 @@ void RenderNodeDeleter::operator()(ViewRenderNode* node) const noexcept
 
 namespace {
 
+const Value& memberOf(const Value& element, Property property)
+{
+    return Mero::memberOf(element, std::string(keyOf(property)));
+}
+
 // Items of a list are told apart by their numeric locals: "id#0", and
 // "id#1#0" for an item of an item.
 std::string scopedNodeId(const Value& element, const LocalScope& scope)
 {
-    std::string id = memberOf(element, "nodeId").string();
+    std::string id = memberOf(element, Property::NodeId).string();
     if (scope) {
         for (const auto& [name, local] : *scope) {
             if (local.is(Kind::Number)) {
@@ -44,17 +49,17 @@ struct EdgeResult {
 };
 
 constexpr std::array<EdgeResult, 4> paddingResults{{
-    {YGEdgeLeft, &LayoutCache::paddingLeft, PropertyId::PaddingLeft},
-    {YGEdgeTop, &LayoutCache::paddingTop, PropertyId::PaddingTop},
-    {YGEdgeRight, &LayoutCache::paddingRight, PropertyId::PaddingRight},
-    {YGEdgeBottom, &LayoutCache::paddingBottom, PropertyId::PaddingBottom},
+    {YGEdgeLeft, &LayoutCache::paddingLeft, hostIdOf(Property::PaddingLeft)},
+    {YGEdgeTop, &LayoutCache::paddingTop, hostIdOf(Property::PaddingTop)},
+    {YGEdgeRight, &LayoutCache::paddingRight, hostIdOf(Property::PaddingRight)},
+    {YGEdgeBottom, &LayoutCache::paddingBottom, hostIdOf(Property::PaddingBottom)},
 }};
 
 constexpr std::array<EdgeResult, 4> borderResults{{
-    {YGEdgeLeft, &LayoutCache::borderLeft, PropertyId::BorderLeft},
-    {YGEdgeTop, &LayoutCache::borderTop, PropertyId::BorderTop},
-    {YGEdgeRight, &LayoutCache::borderRight, PropertyId::BorderRight},
-    {YGEdgeBottom, &LayoutCache::borderBottom, PropertyId::BorderBottom},
+    {YGEdgeLeft, &LayoutCache::borderLeft, hostIdOf(Property::BorderLeft)},
+    {YGEdgeTop, &LayoutCache::borderTop, hostIdOf(Property::BorderTop)},
+    {YGEdgeRight, &LayoutCache::borderRight, hostIdOf(Property::BorderRight)},
+    {YGEdgeBottom, &LayoutCache::borderBottom, hostIdOf(Property::BorderBottom)},
 }};
 
 }  // namespace
@@ -62,26 +67,26 @@ constexpr std::array<EdgeResult, 4> borderResults{{
 ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                LocalScope localScope)
     : nodeId(scopedNodeId(element, localScope)),
-      type(truncateToUint32(memberOf(element, "$").number())),
+      type(truncateToUint32(memberOf(element, Property::Type).number())),
       parent(parentNode),
       engine(renderTree.engine()),
       scope(std::move(localScope)),
       yogaNode(YGNodeNew()),
+      kind_(kindOfCode(type) != nullptr ? kindOfCode(type) : kindOfCode(0)),
       tree_(renderTree),
       lifeToken_(std::make_shared<const bool>(true))
 {
     YGNodeSetContext(yogaNode, this);
     tree_.nodeMade();
-    onClick = memberOf(element, "onClick").string();
+    onClick = memberOf(element, Property::OnClick).string();
     // The root always has a view of its own (the host's root view): it
     // cannot be flattened into a parent it does not have.
-    isEmpty = parent != nullptr && memberOf(element, "isEmpty").boolean();
+    isEmpty = parent != nullptr && memberOf(element, Property::IsEmpty).boolean();
     readTransitions(element);
-    if (const Value* animation = NodeBinding::propertyOf(element, "loopAnimation")) {
+    if (const Value* animation = NodeBinding::propertyOf(element, keyOf(Property::LoopAnimation))) {
         loopAnimation =
             NodeBinding::isScalar(*animation) ? *animation : createRuntimeObject(*animation)->value(scope, engine);
     }
-    bindBool(element, "visible", true, [this](bool shown, bool) { setVisible(shown); });
     bindCommonProperties(element);
 }
 
@@ -98,7 +103,7 @@ ViewRenderNode::~ViewRenderNode()
 
 void ViewRenderNode::readTransitions(const Value& element)
 {
-    const Value& transition = memberOf(element, "transition");
+    const Value& transition = memberOf(element, Property::Transition);
     if (!transition.is(Kind::Object)) {
         return;
     }
@@ -111,6 +116,14 @@ void ViewRenderNode::readTransitions(const Value& element)
             transitions.try_emplace(key, record);
         }
     }
+}
+
+const Value& ViewRenderNode::kindValue(Property property) const
+{
+    static const Value none;
+    const int slot = kindSlotOf(*kind_, property);
+    return slot >= 0 && static_cast<std::size_t>(slot) < kindValues.size() ? kindValues[static_cast<std::size_t>(slot)]
+                                                                           : none;
 }
 
 const Transition* ViewRenderNode::transitionFor(std::string_view key) const
@@ -205,8 +218,8 @@ std::optional<HostNodeList> ViewRenderNode::collectHostNodes()
 
 void ViewRenderNode::applyLayout()
 {
-    applyFrameSize(YGNodeLayoutGetWidth(yogaNode), layout.width, "width", PropertyId::Width);
-    applyFrameSize(YGNodeLayoutGetHeight(yogaNode), layout.height, "height", PropertyId::Height);
+    applyFrameSize(YGNodeLayoutGetWidth(yogaNode), layout.width, Property::Width);
+    applyFrameSize(YGNodeLayoutGetHeight(yogaNode), layout.height, Property::Height);
 
     double x = YGNodeLayoutGetLeft(yogaNode);
     double y = YGNodeLayoutGetTop(yogaNode);
@@ -216,8 +229,8 @@ void ViewRenderNode::applyLayout()
         x += parent->layout.x;
         y += parent->layout.y;
     }
-    applyOrigin(x, layout.x, "x", PropertyId::X);
-    applyOrigin(y, layout.y, "y", PropertyId::Y);
+    applyOrigin(x, layout.x, Property::X);
+    applyOrigin(y, layout.y, Property::Y);
 
     for (const EdgeResult& padding : paddingResults) {
         const double value = YGNodeLayoutGetPadding(yogaNode, padding.edge);
@@ -244,7 +257,7 @@ void ViewRenderNode::queueLayoutValue(uint32_t propertyId, double value, const T
     }
 }
 
-void ViewRenderNode::applyFrameSize(double value, double& cached, std::string_view key, uint32_t propertyId)
+void ViewRenderNode::applyFrameSize(double value, double& cached, Property property)
 {
     if (value == cached) {
         return;
@@ -258,10 +271,10 @@ void ViewRenderNode::applyFrameSize(double value, double& cached, std::string_vi
     if (!tree_.layoutApplied()) {
         return;
     }
-    queueLayoutValue(propertyId, value, hasView ? transitionFor(key) : nullptr);
+    queueLayoutValue(hostIdOf(property), value, hasView ? transitionFor(info(property).transitionKey) : nullptr);
 }
 
-void ViewRenderNode::applyOrigin(double value, double& cached, std::string_view key, uint32_t propertyId)
+void ViewRenderNode::applyOrigin(double value, double& cached, Property property)
 {
     if (value == cached) {
         return;
@@ -271,12 +284,12 @@ void ViewRenderNode::applyOrigin(double value, double& cached, std::string_view 
     // not apply to x and y, on purpose.
     const Transition* transition = nullptr;
     if (hasView) {
-        auto found = transitions.find(std::string(key));
+        auto found = transitions.find(std::string(info(property).transitionKey));
         if (found != transitions.end()) {
             transition = &found->second;
         }
     }
-    queueLayoutValue(propertyId, value, transition);
+    queueLayoutValue(hostIdOf(property), value, transition);
 }
 
 }  // namespace Mero

@@ -21,7 +21,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "render/LeafProperty.h"
+#include "render/NodeKinds.h"
 #include "render/RenderNodePtr.h"
 #include "render/RenderRecords.h"
 #include "runtime/LocalScope.h"
@@ -125,6 +125,11 @@ public:
     // the "all" entry; null when neither exists.
     const Transition* transitionFor(std::string_view key) const;
 
+    // The node's kind (its type code's; a plain view's for a code without one).
+    const NodeKind& kind() const { return *kind_; }
+    // The value of one of the kind's own properties (a leaf's or a swiper's).
+    const Value& kindValue(Property property) const;
+
     std::string nodeId;
     uint32_t type = 0;
     ContainerRenderNode* parent = nullptr;
@@ -145,6 +150,9 @@ public:
     std::vector<ChildChange> childChanges;
     std::vector<PropertyUpdate> propertyUpdates;
     std::vector<AnimatedUpdate> animatedUpdates;
+    // The kind's own host properties, in the order of its list; empty for
+    // kinds without any.
+    std::vector<Value> kindValues;
     // On the engine's pending list. Only markPending sets it and only the
     // engine's flush clears it (when it takes the node off the list).
     bool queued = false;
@@ -177,20 +185,25 @@ protected:
 
     RenderTree& tree() const { return tree_; }
 
-    // The common style and layout properties, in their table order.
+    // The properties every node has, in their binding order.
     void bindCommonProperties(const Value& element);
-    // A node kind's own properties: row i of `table` is kept in values[i].
-    void bindLeafProperties(const Value& element, std::span<const LeafProperty> table, std::span<Value> values);
+    // The kind's own host properties, kept in kindValues: constants are
+    // stored once (the host view is made from them); a bound value stores
+    // each change and sends it under the property's host id, animated where
+    // the property may animate and "transition" names it.
+    void bindKindProperties(const Value& element);
 
 private:
     template <typename Arg, typename Apply>
     std::shared_ptr<std::function<void(Arg)>> guardedSetter(Apply apply);
 
     void readTransitions(const Value& element);
+    void bindStyleProperty(const Value& properties, const PropertyInfo& row);
     void queueLayoutValue(uint32_t propertyId, double value, const Transition* transition);
-    void applyFrameSize(double value, double& cached, std::string_view key, uint32_t propertyId);
-    void applyOrigin(double value, double& cached, std::string_view key, uint32_t propertyId);
+    void applyFrameSize(double value, double& cached, Property property);
+    void applyOrigin(double value, double& cached, Property property);
 
+    const NodeKind* kind_;
     RenderTree& tree_;
     // Where this node sits in the tree's pending list while `queued` is set.
     std::list<ViewRenderNode*>::iterator pendingEntry_;

@@ -2,16 +2,9 @@
 
 #include <algorithm>
 
-#include "render/BlurRenderNode.h"
-#include "render/CustomRenderNode.h"
-#include "render/ImageRenderNode.h"
-#include "render/ProgressRenderNode.h"
-#include "render/PropertyIds.h"
-#include "render/RatingRenderNode.h"
-#include "render/RenderNodeFactory.h"
-#include "render/SwiperRenderNode.h"
-#include "render/TextRenderNode.h"
-#include "render/VideoRenderNode.h"
+#include "render/NodeKinds.h"
+#include "render/PropertyTable.h"
+#include "render/ViewRenderNode.h"
 #include "runtime/NumberConversion.h"
 #include "value/JsonWriter.h"
 
@@ -19,49 +12,49 @@ namespace Mero {
 
 namespace {
 
-// The common numbers every view starts from: its laid-out frame and box,
-// then its style.
-struct LayoutSlot {
-    uint32_t propertyId;
-    double LayoutCache::*field;
-};
+// Where a node keeps the common values every view starts from: its
+// laid-out frame and box, then its style.
+double layoutValue(const LayoutCache& layout, Property property)
+{
+    switch (property) {
+    case Property::Width: return layout.width;
+    case Property::Height: return layout.height;
+    case Property::X: return layout.x;
+    case Property::Y: return layout.y;
+    case Property::PaddingLeft: return layout.paddingLeft;
+    case Property::PaddingTop: return layout.paddingTop;
+    case Property::PaddingRight: return layout.paddingRight;
+    case Property::PaddingBottom: return layout.paddingBottom;
+    case Property::BorderLeft: return layout.borderLeft;
+    case Property::BorderTop: return layout.borderTop;
+    case Property::BorderRight: return layout.borderRight;
+    case Property::BorderBottom: return layout.borderBottom;
+    default: return 0.0;
+    }
+}
 
-constexpr std::array<LayoutSlot, 12> layoutSlots{{
-    {PropertyId::Width, &LayoutCache::width},
-    {PropertyId::Height, &LayoutCache::height},
-    {PropertyId::X, &LayoutCache::x},
-    {PropertyId::Y, &LayoutCache::y},
-    {PropertyId::PaddingLeft, &LayoutCache::paddingLeft},
-    {PropertyId::PaddingTop, &LayoutCache::paddingTop},
-    {PropertyId::PaddingRight, &LayoutCache::paddingRight},
-    {PropertyId::PaddingBottom, &LayoutCache::paddingBottom},
-    {PropertyId::BorderLeft, &LayoutCache::borderLeft},
-    {PropertyId::BorderRight, &LayoutCache::borderRight},
-    {PropertyId::BorderTop, &LayoutCache::borderTop},
-    {PropertyId::BorderBottom, &LayoutCache::borderBottom},
-}};
-
-struct StyleSlot {
-    uint32_t propertyId;
-    double StyleCache::*field;
-};
-
-constexpr std::array<StyleSlot, 14> styleSlots{{
-    {PropertyId::Opacity, &StyleCache::opacity},
-    {PropertyId::ScaleX, &StyleCache::scaleX},
-    {PropertyId::ScaleY, &StyleCache::scaleY},
-    {PropertyId::AnchorPointX, &StyleCache::anchorPointX},
-    {PropertyId::AnchorPointY, &StyleCache::anchorPointY},
-    {PropertyId::RotationX, &StyleCache::rotationX},
-    {PropertyId::RotationY, &StyleCache::rotationY},
-    {PropertyId::RotationZ, &StyleCache::rotationZ},
-    {PropertyId::CornerLeftTop, &StyleCache::cornerLeftTop},
-    {PropertyId::CornerRightTop, &StyleCache::cornerRightTop},
-    {PropertyId::CornerRightBottom, &StyleCache::cornerRightBottom},
-    {PropertyId::CornerLeftBottom, &StyleCache::cornerLeftBottom},
-    {PropertyId::TranslateX, &StyleCache::translateX},
-    {PropertyId::TranslateY, &StyleCache::translateY},
-}};
+Value styleValue(const StyleCache& style, Property property)
+{
+    switch (property) {
+    case Property::CornerLeftTop: return style.cornerLeftTop;
+    case Property::CornerRightTop: return style.cornerRightTop;
+    case Property::CornerRightBottom: return style.cornerRightBottom;
+    case Property::CornerLeftBottom: return style.cornerLeftBottom;
+    case Property::BackgroundColor: return Value(style.backgroundColor);
+    case Property::Opacity: return style.opacity;
+    case Property::BorderColor: return Value(style.borderColor);
+    case Property::ScaleX: return style.scaleX;
+    case Property::ScaleY: return style.scaleY;
+    case Property::AnchorPointX: return style.anchorPointX;
+    case Property::AnchorPointY: return style.anchorPointY;
+    case Property::RotationX: return style.rotationX;
+    case Property::RotationY: return style.rotationY;
+    case Property::RotationZ: return style.rotationZ;
+    case Property::TranslateX: return style.translateX;
+    case Property::TranslateY: return style.translateY;
+    default: return Value();
+    }
+}
 
 std::string slotText(const Value& value)
 {
@@ -78,15 +71,6 @@ bool slotBoolean(const Value& value)
     return value.is(Kind::Number) ? value.number() != 0.0 : value.boolean();
 }
 
-// A node kind's own table: row i's value is kept in values[i].
-template <typename Node>
-void putKindProperties(ViewSlots& slots, const Node& node)
-{
-    for (std::size_t row = 0; row < Node::propertyTable.size(); ++row) {
-        slots.put(Node::propertyTable[row].propertyId, node.values[row]);
-    }
-}
-
 void putGradient(ViewSlots& slots, const Gradient& gradient)
 {
     if (gradient.stops.empty()) {
@@ -100,26 +84,6 @@ void putGradient(ViewSlots& slots, const Gradient& gradient)
         out.colors[stop] = gradient.stops[stop].color;
         out.positions[stop] = static_cast<float>(gradient.stops[stop].location);
         out.used[stop] = true;
-    }
-}
-
-void putKindProperties(ViewSlots& slots, const ViewRenderNode& node)
-{
-    switch (static_cast<ElementType>(node.type)) {
-    case ElementType::Text: putKindProperties(slots, static_cast<const TextRenderNode&>(node)); break;
-    case ElementType::Image: putKindProperties(slots, static_cast<const ImageRenderNode&>(node)); break;
-    case ElementType::Rating: putKindProperties(slots, static_cast<const RatingRenderNode&>(node)); break;
-    case ElementType::Custom: putKindProperties(slots, static_cast<const CustomRenderNode&>(node)); break;
-    case ElementType::Video: putKindProperties(slots, static_cast<const VideoRenderNode&>(node)); break;
-    case ElementType::Blur: putKindProperties(slots, static_cast<const BlurRenderNode&>(node)); break;
-    case ElementType::Swiper: putKindProperties(slots, static_cast<const SwiperRenderNode&>(node)); break;
-    case ElementType::Progress: {
-        const auto& progress = static_cast<const ProgressRenderNode&>(node);
-        putKindProperties(slots, progress);
-        slots.strings[ViewSlots::kBusinessDataSlot] = toJsonString(progress.businessData);
-        break;
-    }
-    default: break;
     }
 }
 
@@ -139,7 +103,11 @@ void ViewSlots::put(uint32_t propertyId, const Value& value)
             ints[slot] = truncateToInt32(value.number());
         }
         break;
-    case 2: strings[slot] = slotText(value); break;
+    case 2:
+        if (slot < kStrings) {
+            strings[slot] = slotText(value);
+        }
+        break;
     case 3:
         if (slot < kBooleans) {
             booleans[slot] = slotBoolean(value);
@@ -153,16 +121,25 @@ ViewSlots collectViewSlots(const ViewRenderNode& node)
 {
     ViewSlots slots;
     slots.type = node.type;
-    for (const LayoutSlot& entry : layoutSlots) {
-        slots.floats[entry.propertyId] = static_cast<float>(node.layout.*entry.field);
+    for (Property property : commonProperties()) {
+        const PropertyInfo& row = info(property);
+        if (row.hostId < 0) {
+            continue;
+        }
+        if (row.input == PropertyInput::LayoutResult || isYogaInput(row.input)) {
+            slots.floats[static_cast<std::size_t>(row.hostId)] = static_cast<float>(layoutValue(node.layout, property));
+        } else {
+            slots.put(hostIdOf(property), styleValue(node.style, property));
+        }
     }
-    for (const StyleSlot& entry : styleSlots) {
-        slots.floats[entry.propertyId] = static_cast<float>(node.style.*entry.field);
+    const std::span<const Property> own = node.kind().properties;
+    for (std::size_t i = 0; i < own.size() && i < node.kindValues.size(); ++i) {
+        if (own[i] == Property::BusinessData) {
+            slots.strings[ViewSlots::kBusinessDataSlot] = toJsonString(node.kindValues[i]);
+        } else if (info(own[i]).hostId >= 0) {
+            slots.put(hostIdOf(own[i]), node.kindValues[i]);
+        }
     }
-    slots.put(PropertyId::BackgroundColor, Value(node.style.backgroundColor));
-    slots.put(PropertyId::BorderColor, Value(node.style.borderColor));
-    putKindProperties(slots, node);
-
     slots.strings[ViewSlots::kNodeIdSlot] = node.nodeId;
     slots.strings[ViewSlots::kOnClickSlot] = node.onClick;
     if (!node.loopAnimation.isNull()) {

@@ -4,10 +4,10 @@
 
 #include <tuple>
 
-#include "render/ImageRenderNode.h"
-#include "render/ProgressRenderNode.h"
+#include "render/LeafRenderNode.h"
 #include "render/RenderCard.h"
 
+using Mero::ViewRenderNode;
 using MeroTest::Calls;
 using MeroTest::RenderCard;
 
@@ -80,7 +80,7 @@ TEST(ImageRenderNode, MeasureKeepsTheAspectRatioOfTheContent)
         {100, atMost, 0, free, 100, 25},       {100, atMost, 10, atMost, 40, 10},
     };
     RenderCard card(R"({"elements": {"$": 5, "nodeId": "img"}})");
-    auto& image = static_cast<Mero::ImageRenderNode&>(card.build());
+    auto& image = static_cast<Mero::LeafRenderNode&>(card.build());
     const YGSize unseen = image.measure(100, exactly, 0, free);  // no view yet: no size
     EXPECT_EQ(std::pair(unseen.width, unseen.height), std::pair(0.0F, 0.0F));
     card.attachComponents();
@@ -124,8 +124,8 @@ TEST(ProgressRenderNode, ItsOwnTransitionAnimatesOneColourAndAllEveryColourButNo
             "dl_text_normal": {"$": 3, "n": "c"}, "dl_color_progressBg": {"$": 3, "n": "c"},
             "dl_text_installed": {"$": 3, "n": "c"}, "transition": )" +
                         std::string(transition) + "}}");
-        auto& progress = static_cast<Mero::ProgressRenderNode&>(card.start());
-        EXPECT_EQ(progress.businessData.object().at("n").string(), "c");  // kept unevaluated
+        const ViewRenderNode& progress = card.start();
+        EXPECT_EQ(progress.kindValue(Mero::Property::BusinessData).object().at("n").string(), "c");  // unevaluated
         card.set("c", R"("#2")");
         EXPECT_EQ(card.flush(), expected) << transition;
     }

@@ -1,0 +1,126 @@
+#include "render/LeafRenderNode.h"
+
+#include <algorithm>
+
+#include "render/RenderTree.h"
+#include "render/ViewHost.h"
+#include "runtime/NumberConversion.h"
+#include "runtime/RuntimeEngine.h"
+
+namespace Mero {
+
+namespace {
+
+YGSize measureLeaf(YGNodeConstRef yogaNode, float width, YGMeasureMode widthMode, float height,
+                   YGMeasureMode heightMode)
+{
+    // The context holds the node as the base class pointer it was stored as.
+    const auto* node = static_cast<const LeafRenderNode*>(static_cast<const ViewRenderNode*>(YGNodeGetContext(yogaNode)));
+    return node->measure(width, widthMode, height, heightMode);
+}
+
+}  // namespace
+
+LeafRenderNode::LeafRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
+                               LocalScope localScope)
+    : ViewRenderNode(element, parentNode, renderTree, std::move(localScope))
+{
+    if (kind().measure != Measure::None) {
+        YGNodeSetMeasureFunc(yogaNode, measureLeaf);
+    }
+    bindKindProperties(element);
+}
+
+YGSize LeafRenderNode::measure(float width, YGMeasureMode widthMode, float height, YGMeasureMode heightMode) const
+{
+    switch (kind().measure) {
+    case Measure::Text: return measureText(width, widthMode, height, heightMode);
+    case Measure::Image: return measureImage(width, widthMode, height, heightMode);
+    case Measure::Custom:
+        // A custom view takes only a fixed width and height.
+        if (widthMode == YGMeasureModeExactly && heightMode == YGMeasureModeExactly) {
+            return YGSize{width, height};
+        }
+        return YGSize{0.0F, 0.0F};
+    case Measure::None: break;
+    }
+    return YGSize{0.0F, 0.0F};
+}
+
+TextContent LeafRenderNode::measureRequest(float width, YGMeasureMode widthMode, float height,
+                                           YGMeasureMode heightMode) const
+{
+    TextContent content;
+    content.width = width;
+    content.height = height;
+    content.widthMode = static_cast<int32_t>(widthMode);
+    content.heightMode = static_cast<int32_t>(heightMode);
+    content.text = &kindValue(Property::Text).string();
+    content.fontSize = kindValue(Property::FontSize).number();
+    content.lineHeight = kindValue(Property::LineHeight).number();
+    content.textInterval = kindValue(Property::TextInterval).number();
+    content.maxLines = truncateToInt32(kindValue(Property::MaxLines).number());
+    content.fontWeight = truncateToInt32(kindValue(Property::FontWeight).number());
+    // The host measures with the font it will draw, and the record's own
+    // fontWeight never reaches it, so the weight rides in the style integer.
+    content.textStyle = content.fontWeight;
+    return content;
+}
+
+// Asks the host; without an engine or a host measure hook the text has no size.
+YGSize LeafRenderNode::measureText(float width, YGMeasureMode widthMode, float height, YGMeasureMode heightMode) const
+{
+    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    if (!runtime || !runtime->services.measureText) {
+        return YGSize{0.0F, 0.0F};
+    }
+    const auto [measuredWidth, measuredHeight] =
+        runtime->services.measureText(measureRequest(width, widthMode, height, heightMode));
+    return YGSize{static_cast<float>(measuredWidth), static_cast<float>(measuredHeight)};
+}
+
+// The content keeps its aspect ratio; before the host has a view there is no
+// content, so an image without a fixed size measures 0 by 0 until a layout
+// after its view is made.
+YGSize LeafRenderNode::measureImage(float width, YGMeasureMode widthMode, float height, YGMeasureMode heightMode) const
+{
+    if (widthMode == YGMeasureModeExactly && heightMode == YGMeasureModeExactly) {
+        return YGSize{width, height};
+    }
+    ViewHost* host = tree().viewHost();
+    if (!hasView || host == nullptr) {
+        return YGSize{0.0F, 0.0F};
+    }
+    const ContentSize content = host->contentSize(nodeId);
+    const float contentWidth = content.width;
+    const float contentHeight = content.height;
+    if (widthMode == YGMeasureModeExactly) {
+        float fitted = contentHeight / contentWidth * width;
+        if (heightMode == YGMeasureModeAtMost) {
+            fitted = std::min(fitted, height);
+        }
+        return YGSize{width, fitted};
+    }
+    if (heightMode == YGMeasureModeExactly) {
+        float fitted = contentWidth / contentHeight * height;
+        // The limit applies only when the offered width is exactly 2, a test
+        // of the value and not of the width mode. Kept as it is on purpose.
+        if (width == 2.0F) {
+            fitted = std::min(fitted, width);
+        }
+        return YGSize{fitted, height};
+    }
+    float fittedWidth = contentWidth;
+    float fittedHeight = contentHeight;
+    if (widthMode == YGMeasureModeAtMost) {
+        fittedWidth = std::min(contentWidth, width);
+        fittedHeight = contentHeight / contentWidth * fittedWidth;
+    }
+    if (heightMode == YGMeasureModeAtMost) {
+        fittedHeight = std::min(fittedHeight, height);
+        fittedWidth = contentWidth / contentHeight * fittedHeight;
+    }
+    return YGSize{fittedWidth, fittedHeight};
+}
+
+}  // namespace Mero

@@ -1,0 +1,109 @@
+#include "render/NodeKinds.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <unordered_map>
+
+namespace Mero {
+
+namespace {
+
+using P = Property;
+
+// The order is observable: two properties bound to one variable are updated
+// in binding order.
+constexpr std::array kCommon{
+    P::Type, P::NodeId, P::OnClick, P::IsEmpty, P::Transition, P::LoopAnimation, P::Visible,
+    P::Width, P::Height, P::MinWidth, P::MinHeight, P::MaxWidth, P::MaxHeight,
+    P::MarginLeft, P::MarginTop, P::MarginRight, P::MarginBottom,
+    P::PaddingLeft, P::PaddingTop, P::PaddingRight, P::PaddingBottom,
+    P::BorderLeft, P::BorderTop, P::BorderRight, P::BorderBottom,
+    P::Position, P::Left, P::Top, P::Right, P::Bottom, P::FlexGrow, P::FlexShrink,
+    P::CornerLeftTop, P::CornerRightTop, P::CornerRightBottom, P::CornerLeftBottom,
+    P::BackgroundColor, P::Opacity, P::BorderColor, P::ScaleX, P::ScaleY, P::AnchorPointX, P::AnchorPointY,
+    P::RotationX, P::RotationY, P::RotationZ, P::TranslateX, P::TranslateY, P::BackgroundGradient,
+    P::X, P::Y,
+};
+
+constexpr std::array kFlex{P::Children, P::FlexDirection, P::JustifyContent, P::AlignItems, P::AlignContent,
+                           P::FlexWrap};
+constexpr std::array kFor{P::Children,     P::FlexDirection, P::JustifyContent, P::AlignItems, P::AlignContent,
+                          P::FlexWrap,     P::List,          P::Index,          P::Item};
+constexpr std::array kSwiper{P::Children,      P::FlexDirection,  P::JustifyContent, P::AlignItems,
+                             P::AlignContent,  P::FlexWrap,       P::List,           P::Index,
+                             P::Item,          P::OnSwiperChange, P::SwiperDuration, P::SwiperInterval,
+                             P::Autoplay,      P::Circular,       P::SwiperDirection, P::Touchable};
+// What changes a text's size measures it again; weight and alignment
+// deliberately do not.
+constexpr std::array kText{P::Text,      P::TextColor, P::MaxLines,   P::TextAlign,
+                           P::FontWeight, P::FontSize,  P::LineHeight, P::TextInterval};
+constexpr std::array kImage{P::Src, P::ScaleMode};
+// Its colours may animate; its texts and font do not.
+constexpr std::array kProgress{P::BusinessData,    P::FontSize,        P::FontWeight,   P::DlColorNormal,
+                               P::DlColorText,     P::DlColorInitial,  P::DlColorProgress, P::DlColorProgressBg,
+                               P::DlTextNormal,    P::DlTextActive,    P::DlTextPaused, P::DlTextFinished,
+                               P::DlTextInstalled};
+constexpr std::array kRating{P::RatingScore, P::RatingStarColor, P::RatingStarSize, P::RatingEmptyOpacity};
+constexpr std::array kCustom{P::CustomType, P::Extra};
+constexpr std::array kVideo{P::VideoModel,  P::VideoId,       P::PlayUrl,        P::Token,       P::Domain,
+                            P::Poster,      P::Autoplay,      P::Muted,          P::Loop,        P::PauseOnHide,
+                            P::AutoPrepare, P::DisplayMode,   P::FullscreenMode, P::InitTime,    P::PreloadKey,
+                            P::CacheSize,   P::Tag,           P::SubTag};
+constexpr std::array kBlur{P::BlurRadius, P::BlurAlpha};
+constexpr std::array<Property, 0> kNone{};
+
+constexpr std::array kKinds{
+    NodeKind{0, "view", NodeClass::View, Measure::None, kNone},
+    NodeKind{2, "list", NodeClass::For, Measure::None, kFor},
+    NodeKind{3, "flex", NodeClass::Flex, Measure::None, kFlex},
+    NodeKind{4, "text", NodeClass::Leaf, Measure::Text, kText},
+    NodeKind{5, "image", NodeClass::Leaf, Measure::Image, kImage},
+    NodeKind{6, "download", NodeClass::Leaf, Measure::None, kProgress},
+    NodeKind{7, "rating", NodeClass::Leaf, Measure::None, kRating},
+    NodeKind{8, "swiper", NodeClass::Swiper, Measure::None, kSwiper},
+    NodeKind{9, "custom", NodeClass::Leaf, Measure::Custom, kCustom},
+    NodeKind{10, "video", NodeClass::Leaf, Measure::None, kVideo},
+    NodeKind{11, "blur", NodeClass::Leaf, Measure::None, kBlur},
+};
+
+}  // namespace
+
+std::span<const Property> commonProperties()
+{
+    return kCommon;
+}
+
+std::span<const NodeKind> nodeKinds()
+{
+    return kKinds;
+}
+
+const NodeKind* kindOfCode(uint32_t code)
+{
+    auto found = std::find_if(kKinds.begin(), kKinds.end(), [code](const NodeKind& kind) { return kind.code == code; });
+    return found != kKinds.end() ? &*found : nullptr;
+}
+
+int kindSlotOf(const NodeKind& kind, Property property)
+{
+    auto found = std::find(kind.properties.begin(), kind.properties.end(), property);
+    return found != kind.properties.end() ? static_cast<int>(found - kind.properties.begin()) : -1;
+}
+
+std::optional<Property> propertyOfKey(std::string_view key)
+{
+    static const std::unordered_map<std::string_view, Property> byKey = [] {
+        std::unordered_map<std::string_view, Property> keys;
+        for (const PropertyInfo& row : kProperties) {
+            if (row.input != PropertyInput::LayoutResult) {
+                keys.emplace(row.key, row.property);
+            }
+        }
+        return keys;
+    }();
+    auto found = byKey.find(key);
+    return found != byKey.end() ? std::optional<Property>(found->second) : std::nullopt;
+}
+
+}  // namespace Mero

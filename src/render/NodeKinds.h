@@ -1,0 +1,53 @@
+// The kinds of element, once: each type code with its name, the node class
+// that builds it, how its content is measured, and its own properties in
+// the order they are bound (after those every node has). The node factory,
+// the slots of a host view, the host's Java constants and the template
+// checker all read them here.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "render/PropertyTable.h"
+
+namespace Mero {
+
+enum class NodeClass : uint8_t {
+    View,    // a plain view; it builds no children
+    Flex,    // a flexbox container
+    For,     // a repeated list
+    Swiper,  // a carousel of pages
+    Leaf,    // a view with content of its own
+};
+
+// What measures a node's content for Yoga.
+enum class Measure : uint8_t {
+    None,
+    Text,    // the host measures the text
+    Image,   // the host's content size, keeping its aspect ratio
+    Custom,  // only a fixed width and height
+};
+
+struct NodeKind {
+    uint32_t code;
+    std::string_view name;
+    NodeClass nodeClass;
+    Measure measure;
+    std::span<const Property> properties;  // the kind's own, in binding order
+};
+
+// The properties every node has, in the order they are read and bound.
+std::span<const Property> commonProperties();
+
+// The kinds, by type code; codes without a kind (1, 12 and above) build a
+// plain view after "render node type error".
+std::span<const NodeKind> nodeKinds();
+
+// The kind of a type code, or null.
+const NodeKind* kindOfCode(uint32_t code);
+
+// Where `property` stands in `kind`'s own list, or -1.
+int kindSlotOf(const NodeKind& kind, Property property);
+
+}  // namespace Mero
