@@ -180,6 +180,7 @@ enum class Property : uint8_t {
 
 struct PropertyInfo {
     Property property;
+    std::string_view name;  // the enumerator's name: "AnchorPointX"
     std::string_view key;
     int32_t hostId;  // -1: none
     PropertyInput input;
@@ -193,7 +194,7 @@ struct PropertyInfo {
 
 inline constexpr std::array kProperties{
 #define MERO_PROPERTY_ROW(name, key, id, input, flags, transition, number, text) \
-    PropertyInfo{Property::name, key, id, PropertyInput::input, static_cast<uint8_t>(flags), transition, number, text},
+    PropertyInfo{Property::name, #name, key, id, PropertyInput::input, static_cast<uint8_t>(flags), transition, number, text},
     MERO_PROPERTIES(MERO_PROPERTY_ROW)
 #undef MERO_PROPERTY_ROW
 };

@@ -23,8 +23,8 @@ final class Placement {
         opacity = Math.max(0f, Math.min(1f, number(node, OPACITY, 1)));
         rotationX = number(node, ROTATION_X, 0);
         rotationY = number(node, ROTATION_Y, 0);
-        anchorX = number(node, ANCHOR_X, 0.5f);
-        anchorY = number(node, ANCHOR_Y, 0.5f);
+        anchorX = number(node, ANCHOR_POINT_X, 0.5f);
+        anchorY = number(node, ANCHOR_POINT_Y, 0.5f);
     }
 
     static Placement of(ViewNode node, long clockMs) {

@@ -71,7 +71,29 @@ public final class PreviewHostTests {
         check("JSON text reads and writes back; errors name line and column", PreviewHostTests::jsonRoundTrip);
         check("tree numbers: whole without a fraction, others rounded half up to 2 decimals",
                 PreviewHostTests::treeNumbers);
+        check("the generated property table holds every id, key and type of the engine's tables",
+                PreviewHostTests::generatedTable);
         Checks.finish();
+    }
+
+    /** Each line of the engine's listing: "property ID NAME key" or "type CODE name ID...". */
+    private static void generatedTable() throws Exception {
+        List<String> lines = Files.readAllLines(Path.of(System.getProperty("mero.hostTables")));
+        equal(true, lines.size() > 80, "listing read");
+        for (String line : lines) {
+            String[] words = line.split(" ");
+            int number = Integer.parseInt(words[1]);
+            if (words[0].equals("property")) {
+                equal(number, PropertyTable.class.getField(words[2]).getInt(null), words[2]);
+                equal(words[3], PropertyTable.key(number), "key of " + number);
+            } else {
+                equal(words[2], PropertyTable.typeName(number), "name of type " + number);
+                for (int i = 3; i < words.length; i++) {
+                    equal(true, PropertyTable.idsOf(number).contains(Integer.parseInt(words[i])),
+                            "type " + number + " carries " + words[i]);
+                }
+            }
+        }
     }
 
     private static void clock() {
