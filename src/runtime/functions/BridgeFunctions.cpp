@@ -39,11 +39,8 @@ Value callSynchronously(Start&& start)
 
 }  // namespace
 
-Value CallBridgeFunction::invoke(ArgList&& args, const EngineRef& engine)
+Value callBridge(ArgList& args, const EngineRef& engine)
 {
-    if (!checkArgCount(args, 3, "call bridge args size not match")) {
-        return Value();
-    }
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime || !runtime->services.callBridge) {
         return Value();
@@ -56,11 +53,8 @@ Value CallBridgeFunction::invoke(ArgList&& args, const EngineRef& engine)
     return Value();
 }
 
-Value CallBridgeSyncFunction::invoke(ArgList&& args, const EngineRef& engine)
+Value callBridgeSync(ArgList& args, const EngineRef& engine)
 {
-    if (!checkArgCount(args, 2, "call bridge sync args size not match")) {
-        return Value();
-    }
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
         return Value();
@@ -73,11 +67,8 @@ Value CallBridgeSyncFunction::invoke(ArgList&& args, const EngineRef& engine)
     });
 }
 
-Value CallBridgeSyncWithKeyPathFunction::invoke(ArgList&& args, const EngineRef& engine)
+Value callBridgeSyncWithKeyPath(ArgList& args, const EngineRef& engine)
 {
-    if (!checkArgCount(args, 3, "call bridge sync args size not match")) {
-        return Value();
-    }
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
         return Value();

@@ -7,21 +7,12 @@
 namespace Mero {
 
 // (method, params, callback): the callback gets the reply, then the engine flushes.
-class CallBridgeFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value callBridge(ArgList& args, const EngineRef& engine);
 
 // (method, params): the reply, which the host must give before its call returns.
-class CallBridgeSyncFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value callBridgeSync(ArgList& args, const EngineRef& engine);
 
 // (method, params, key path): as the synchronous call, through the key-path hook.
-class CallBridgeSyncWithKeyPathFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value callBridgeSyncWithKeyPath(ArgList& args, const EngineRef& engine);
 
 }  // namespace Mero

@@ -1,13 +1,46 @@
-// The built-in function library, by the keys that templates call it with.
+// The built-in function library: one function per built-in, and one list
+// that names them all, with the key templates call each by and the number of
+// arguments it takes.
 #pragma once
+
+#include <span>
+#include <string_view>
+
+#include "runtime/functions/MRFunction.h"
 
 namespace Mero {
 
 class RuntimeEngine;
 
-// Inserts one object of each of the 43 built-ins into the engine's function
-// table, in their fixed registration order, skipping every key that is
-// already taken (a template function of the same key shadows the built-in).
+// What a built-in gives when its argument count is wrong (after reporting
+// its count message).
+enum class Fallback : uint8_t { Null, Zero, False, EmptyString, EmptyArray };
+
+using BuiltinBody = Value (*)(ArgList& args, const EngineRef& engine);
+
+struct BuiltinInfo {
+    std::string_view key;   // what templates call it by ("n" of a call)
+    std::string_view name;  // what it is
+    int leastArguments;
+    int mostArguments;  // -1: any number
+    std::string_view countMessage;
+    Fallback countFallback;
+    BuiltinBody body;
+};
+
+// Every built-in, in registration order.
+std::span<const BuiltinInfo> builtinFunctions();
+
+// Calls a built-in as the function table does: its argument count checked
+// first (reporting its own message and giving its fallback), then its body.
+Value invokeBuiltin(const BuiltinInfo& builtin, ArgList&& args, const EngineRef& engine);
+
+// The built-in registered under `key`, or null.
+const BuiltinInfo* builtinOfKey(std::string_view key);
+
+// Inserts every built-in into the engine's function table, in registration
+// order, skipping every key that is already taken (a template function of
+// the same key shadows the built-in).
 void registerBuiltinFunctions(RuntimeEngine& engine);
 
 }  // namespace Mero

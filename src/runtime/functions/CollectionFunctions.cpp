@@ -29,11 +29,8 @@ void walkArray(ArgList& args, OnResult&& onResult)
 
 }  // namespace
 
-Value ArrayPushFunction::invoke(ArgList&& args, const EngineRef&)
+Value arrayPush(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "array add args size not match")) {
-        return Value(Kind::Array);
-    }
     if (!args[0].is(Kind::Array) || !args[1].is(Kind::Array)) {
         reportError("args must be array");
         return Value();
@@ -54,11 +51,8 @@ Value ArrayPushFunction::invoke(ArgList&& args, const EngineRef&)
     return Value(static_cast<double>(target.size()));
 }
 
-Value ArrayGetFunction::invoke(ArgList&& args, const EngineRef&)
+Value arrayGet(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "array get args size not match")) {
-        return Value();
-    }
     const Value& container = args[0];
     const Value& index = args[1];
     if (isFalsy(container)) {
@@ -83,31 +77,22 @@ Value ArrayGetFunction::invoke(ArgList&& args, const EngineRef&)
     return Value();
 }
 
-Value ArrayForEachFunction::invoke(ArgList&& args, const EngineRef&)
+Value arrayForEach(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "ArrayForEach args size not match")) {
-        return Value();
-    }
     walkArray(args, [](Value&&, const ValueArray&, size_t) {});
     return Value();
 }
 
-Value ArrayMapFunction::invoke(ArgList&& args, const EngineRef&)
+Value arrayMap(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "ArrayMap args size not match")) {
-        return Value();
-    }
     ValueArray mapped;
     mapped.reserve(args[0].array().size());
     walkArray(args, [&mapped](Value&& result, const ValueArray&, size_t) { mapped.push_back(std::move(result)); });
     return Value::makeArray(std::move(mapped));
 }
 
-Value ArrayFilterFunction::invoke(ArgList&& args, const EngineRef&)
+Value arrayFilter(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "ArrayFilter args size not match")) {
-        return Value();
-    }
     ValueArray kept;
     walkArray(args, [&kept](Value&& result, const ValueArray& array, size_t i) {
         // Only a real boolean true keeps the element; 1 or "x" do not.
@@ -118,11 +103,8 @@ Value ArrayFilterFunction::invoke(ArgList&& args, const EngineRef&)
     return Value::makeArray(std::move(kept));
 }
 
-Value JSONGetFunction::invoke(ArgList&& args, const EngineRef&)
+Value jsonGet(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCountBetween(args, 2, 3, "json get args size not match")) {
-        return Value();
-    }
     if (args[0].is(Kind::Object) && args[1].is(Kind::String)) {
         const ValueObject& object = args[0].object();
         auto member = object.find(args[1].string());
@@ -133,11 +115,8 @@ Value JSONGetFunction::invoke(ArgList&& args, const EngineRef&)
     return args.size() == 3 ? std::move(args[2]) : Value();
 }
 
-Value DictForEachFunction::invoke(ArgList&& args, const EngineRef&)
+Value dictForEach(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "DictForEach args size not match")) {
-        return Value();
-    }
     const ValueObject& object = args[0].object();
     const ValueCallback& callback = callableOf(args[1]);
     // The keys are taken first: a callback that adds a member could rehash
@@ -161,11 +140,8 @@ Value DictForEachFunction::invoke(ArgList&& args, const EngineRef&)
     return Value();
 }
 
-Value JsonSetFunction::invoke(ArgList&& args, const EngineRef&)
+Value jsonSet(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 3, "JsonSet args size not match")) {
-        return Value();
-    }
     // Wrong kinds change nothing, quietly.
     if (args[0].is(Kind::Object) && args[1].is(Kind::String)) {
         ValueObject& object = args[0].object();
@@ -178,11 +154,8 @@ Value JsonSetFunction::invoke(ArgList&& args, const EngineRef&)
     return Value();
 }
 
-Value JsonParseFunction::invoke(ArgList&& args, const EngineRef&)
+Value jsonParse(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 1, "JsonParse args size not match")) {
-        return Value();
-    }
     if (!args[0].is(Kind::String)) {
         reportError("JsonParse args type not match");
         return Value();

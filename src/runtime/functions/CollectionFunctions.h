@@ -7,53 +7,26 @@
 namespace Mero {
 
 // Appends every element of the second array to the first, in place.
-class ArrayPushFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value arrayPush(ArgList& args, const EngineRef& engine);
 
 // An element of an array by index, or a member of an object by key.
-class ArrayGetFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value arrayGet(ArgList& args, const EngineRef& engine);
 
-class ArrayForEachFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value arrayForEach(ArgList& args, const EngineRef& engine);
 
-class ArrayMapFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value arrayMap(ArgList& args, const EngineRef& engine);
 
 // Keeps the elements for which the callback returns a real boolean true.
-class ArrayFilterFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value arrayFilter(ArgList& args, const EngineRef& engine);
 
 // A member of an object, else the optional fallback, else null.
-class JSONGetFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value jsonGet(ArgList& args, const EngineRef& engine);
 
-class DictForEachFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value dictForEach(ArgList& args, const EngineRef& engine);
 
 // Sets a member of an object in place.
-class JsonSetFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value jsonSet(ArgList& args, const EngineRef& engine);
 
-class JsonParseFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value jsonParse(ArgList& args, const EngineRef& engine);
 
 }  // namespace Mero

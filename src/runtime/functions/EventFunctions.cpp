@@ -5,22 +5,16 @@
 
 namespace Mero {
 
-Value SendEventFunction::invoke(ArgList&& args, const EngineRef& engine)
+Value sendEvent(ArgList& args, const EngineRef& engine)
 {
-    if (!checkArgCount(args, 2, "SendEvent args size not match")) {
-        return Value();
-    }
     if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
         runtime->dispatchEvent(args[0].string(), args[1]);
     }
     return Value();
 }
 
-Value OnEventFunction::invoke(ArgList&& args, const EngineRef& engine)
+Value onEvent(ArgList& args, const EngineRef& engine)
 {
-    if (!checkArgCount(args, 2, "OnEvent args size not match")) {
-        return Value();
-    }
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     CallbackPtr callback = args[1].callbackPtr();
     if (!runtime || !callback) {
@@ -36,11 +30,8 @@ Value OnEventFunction::invoke(ArgList&& args, const EngineRef& engine)
     return Value();
 }
 
-Value RemoveEventFunction::invoke(ArgList&& args, const EngineRef& engine)
+Value removeEvent(ArgList& args, const EngineRef& engine)
 {
-    if (!checkArgCount(args, 1, "RemoveEvent args size not match")) {
-        return Value();
-    }
     if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
         runtime->eventTable.erase(args[0].string());
     }

@@ -6,21 +6,12 @@
 namespace Mero {
 
 // (name, payload): dispatches the event now.
-class SendEventFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value sendEvent(ArgList& args, const EngineRef& engine);
 
 // (name, callback): registers the callback unless the name is already handled.
-class OnEventFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value onEvent(ArgList& args, const EngineRef& engine);
 
 // (name): removes whatever handles the name, a template handler too.
-class RemoveEventFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value removeEvent(ArgList& args, const EngineRef& engine);
 
 }  // namespace Mero

@@ -39,13 +39,6 @@ protected:
 
 using MRFunctionPtr = std::unique_ptr<MRFunction>;
 
-// True when there are exactly `expected` arguments; otherwise reports
-// `message` (which throws while debugMode is set) and answers false.
-bool checkArgCount(const ArgList& args, std::size_t expected, std::string_view message);
-
-// As checkArgCount, for a count between `least` and `most`, both included.
-bool checkArgCountBetween(const ArgList& args, std::size_t least, std::size_t most, std::string_view message);
-
 // The callable of a callback Value. Any other kind gives one shared empty
 // callable, which throws std::bad_function_call when called: built-ins that do
 // not test the kind of a callback argument rely on that.

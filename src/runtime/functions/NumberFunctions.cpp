@@ -17,11 +17,8 @@ namespace {
 // `better` says so strictly: a NaN never replaces it, and a NaN in first
 // place stays. Non-numbers read as 0; an empty array gives 0.
 template <typename Better>
-Value extremeOf(ArgList& args, std::string_view sizeMessage, std::string_view typeMessage, Better better)
+Value extremeOf(ArgList& args, std::string_view typeMessage, Better better)
 {
-    if (!checkArgCount(args, 1, sizeMessage)) {
-        return Value(0.0);
-    }
     if (!args[0].is(Kind::Array)) {
         reportError(typeMessage);
         return Value(0.0);
@@ -42,23 +39,20 @@ Value extremeOf(ArgList& args, std::string_view sizeMessage, std::string_view ty
 
 }  // namespace
 
-Value MathMaxFunction::invoke(ArgList&& args, const EngineRef&)
+Value mathMax(ArgList& args, const EngineRef&)
 {
-    return extremeOf(args, "MathMaxFunction args size not match", "MathMaxFunction args type not match",
+    return extremeOf(args, "MathMaxFunction args type not match",
                      [](double candidate, double best) { return candidate > best; });
 }
 
-Value MathMinFunction::invoke(ArgList&& args, const EngineRef&)
+Value mathMin(ArgList& args, const EngineRef&)
 {
-    return extremeOf(args, "MathMinFunction args size not match", "MathMinFunction args type not match",
+    return extremeOf(args, "MathMinFunction args type not match",
                      [](double candidate, double best) { return candidate < best; });
 }
 
-Value RoundingFunction::invoke(ArgList&& args, const EngineRef&)
+Value rounding(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "rounding args size not match")) {
-        return Value();
-    }
     if (!args[1].is(Kind::Number)) {
         reportError("rounding args must be number");
         return Value(0.0);
@@ -71,11 +65,8 @@ Value RoundingFunction::invoke(ArgList&& args, const EngineRef&)
     }
 }
 
-Value ToNumberFunction::invoke(ArgList&& args, const EngineRef&)
+Value toNumber(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 1, "to number args size not match")) {
-        return Value(0.0);
-    }
     const Value& x = args[0];
     if (x.is(Kind::Number)) {
         return std::move(args[0]);
@@ -95,29 +86,23 @@ Value ToNumberFunction::invoke(ArgList&& args, const EngineRef&)
     return Value(static_cast<double>(std::stoll(text, nullptr, 10)));
 }
 
-Value RandomFunction::invoke(ArgList&& args, const EngineRef&)
+Value randomNumber(ArgList& /*args*/, const EngineRef&)
 {
-    if (!checkArgCount(args, 0, "random args size not match")) {
-        return Value(0.0);
-    }
     // A fresh generator on every call, seeded from the system's random device.
     std::random_device device("/dev/urandom");
     std::mt19937 generator(device());
     return Value(std::generate_canonical<double, std::numeric_limits<double>::digits>(generator));
 }
 
-Value CurrentTimeFunction::invoke(ArgList&&, const EngineRef&)
+Value currentTime(ArgList&, const EngineRef&)
 {
     // Any argument count is accepted.
     auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
     return Value(static_cast<double>(std::chrono::duration_cast<std::chrono::milliseconds>(sinceEpoch).count()));
 }
 
-Value TypeOfFunction::invoke(ArgList&& args, const EngineRef&)
+Value typeOf(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 1, "TypeOf args size not match")) {
-        return Value();
-    }
     switch (args[0].kind()) {
     case Kind::Number: return Value("number");
     case Kind::Boolean: return Value("boolean");

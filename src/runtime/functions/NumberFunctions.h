@@ -6,42 +6,21 @@
 
 namespace Mero {
 
-class MathMaxFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value mathMax(ArgList& args, const EngineRef& engine);
 
-class MathMinFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value mathMin(ArgList& args, const EngineRef& engine);
 
 // Mode 1 ceiling, 2 unchanged, anything else round half away from zero.
-class RoundingFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value rounding(ArgList& args, const EngineRef& engine);
 
-class ToNumberFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value toNumber(ArgList& args, const EngineRef& engine);
 
 // A number in [0, 1).
-class RandomFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value randomNumber(ArgList& args, const EngineRef& engine);
 
 // Milliseconds since the Unix epoch.
-class CurrentTimeFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value currentTime(ArgList& args, const EngineRef& engine);
 
-class TypeOfFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value typeOf(ArgList& args, const EngineRef& engine);
 
 }  // namespace Mero

@@ -31,11 +31,8 @@ bool chainShapeFits(const Value& codes, const Value& operands)
 
 }  // namespace
 
-Value CompareFunction::invoke(ArgList&& args, const EngineRef&)
+Value compare(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 3, "compare args size not match")) {
-        return Value(false);
-    }
     uint32_t code = unsignedArgument(args[0]);
     const Value& a = args[1];
     const Value& b = args[2];
@@ -69,11 +66,8 @@ Value CompareFunction::invoke(ArgList&& args, const EngineRef&)
     return Value(false);
 }
 
-Value NumberOperationFunction::invoke(ArgList&& args, const EngineRef&)
+Value numberOperation(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "number operation args size not match")) {
-        return Value(0.0);
-    }
     if (!args[0].is(Kind::Array) || !args[1].is(Kind::Array)) {
         reportError("number operation args type not match");
         return Value(0.0);
@@ -121,11 +115,8 @@ Value NumberOperationFunction::invoke(ArgList&& args, const EngineRef&)
     return Value(acc);
 }
 
-Value BooleanOperationFunction::invoke(ArgList&& args, const EngineRef&)
+Value booleanOperation(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "bool operation args size not match")) {
-        return Value(false);
-    }
     if (!args[0].is(Kind::Array) || !args[1].is(Kind::Array)) {
         return Value(false);  // no message for this one
     }
@@ -149,37 +140,25 @@ Value BooleanOperationFunction::invoke(ArgList&& args, const EngineRef&)
     return operands[chosen];
 }
 
-Value ConditionalOperatorFunction::invoke(ArgList&& args, const EngineRef&)
+Value conditionalOperator(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 3, "conditional args size not match")) {
-        return Value();
-    }
     return isFalsy(args[0]) ? std::move(args[2]) : std::move(args[1]);
 }
 
-Value NullFallbackFunction::invoke(ArgList&& args, const EngineRef&)
+Value nullFallback(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "NullFallback args size not match")) {
-        return Value();
-    }
     // Only null falls back; false, 0 and "" are kept.
     return args[0].isNull() ? std::move(args[1]) : std::move(args[0]);
 }
 
-Value PrefixUnaryFunction::invoke(ArgList&& args, const EngineRef&)
+Value prefixUnary(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 1, "PrefixUnaryFunction args size not match")) {
-        return Value(false);
-    }
     return Value(isFalsy(args[0]));
 }
 
-Value NegativeFunction::invoke(ArgList&& args, const EngineRef&)
+Value negative(ArgList& args, const EngineRef&)
 {
     // The misspelt name in the message is the system's own text.
-    if (!checkArgCount(args, 1, "NagativeFunction args size not match")) {
-        return Value(0.0);
-    }
     return args[0].is(Kind::Number) ? Value(-args[0].number()) : Value(0.0);
 }
 

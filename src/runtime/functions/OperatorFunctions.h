@@ -9,46 +9,25 @@
 namespace Mero {
 
 // Code 0 ==, 1 !=, 2 >, 3 >=, 4 <, 5 <= on (a, b); always a boolean.
-class CompareFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value compare(ArgList& args, const EngineRef& engine);
 
 // Codes 0 +, 1 -, 2 *, 3 /, 4 fmod over an operand chain; any string operand
 // makes the result the concatenation of the operands' texts.
-class NumberOperationFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value numberOperation(ArgList& args, const EngineRef& engine);
 
 // Codes 0 and, 1 or over an operand chain; the result is one of the operands.
-class BooleanOperationFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value booleanOperation(ArgList& args, const EngineRef& engine);
 
 // condition ? a : b
-class ConditionalOperatorFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value conditionalOperator(ArgList& args, const EngineRef& engine);
 
 // a ?? b: only null falls back.
-class NullFallbackFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value nullFallback(ArgList& args, const EngineRef& engine);
 
 // Logical not.
-class PrefixUnaryFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value prefixUnary(ArgList& args, const EngineRef& engine);
 
 // Arithmetic negation of a number.
-class NegativeFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value negative(ArgList& args, const EngineRef& engine);
 
 }  // namespace Mero

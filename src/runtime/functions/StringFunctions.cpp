@@ -10,11 +10,8 @@
 
 namespace Mero {
 
-Value StringReplaceFunction::invoke(ArgList&& args, const EngineRef&)
+Value stringReplace(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 3, "string replace args size not match")) {
-        return Value();
-    }
     std::string text = takeString(args[0]);
     const std::string& pattern = args[1].string();
     // Only the first occurrence changes; an empty pattern matches at the front.
@@ -28,11 +25,8 @@ Value StringReplaceFunction::invoke(ArgList&& args, const EngineRef&)
     return Value(std::move(text));
 }
 
-Value SubStringFunction::invoke(ArgList&& args, const EngineRef&)
+Value subString(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 3, "sub_string args size not match")) {
-        return Value();
-    }
     const std::string& text = args[0].string();
     uint32_t start = unsignedArgument(args[1]);
     uint32_t end = unsignedArgument(args[2]);
@@ -43,11 +37,8 @@ Value SubStringFunction::invoke(ArgList&& args, const EngineRef&)
     return Value(text.substr(start, length));
 }
 
-Value GetLengthFunction::invoke(ArgList&& args, const EngineRef&)
+Value getLength(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 1, "get length args size not match")) {
-        return Value(0.0);
-    }
     const Value& x = args[0];
     if (x.is(Kind::String)) {
         return Value(static_cast<double>(x.string().size()));
@@ -58,11 +49,8 @@ Value GetLengthFunction::invoke(ArgList&& args, const EngineRef&)
     return Value(0.0);
 }
 
-Value ToStringFunction::invoke(ArgList&& args, const EngineRef&)
+Value toString(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 1, "to string args size not match")) {
-        return Value("");
-    }
     const Value& x = args[0];
     switch (x.kind()) {
     case Kind::Null: return Value("null");
@@ -79,12 +67,9 @@ Value ToStringFunction::invoke(ArgList&& args, const EngineRef&)
     }
 }
 
-Value SliceFunction::invoke(ArgList&& args, const EngineRef&)
+Value slice(ArgList& args, const EngineRef&)
 {
     // The log function's text is this function's own count message, on purpose.
-    if (!checkArgCountBetween(args, 2, 3, "Log args size not match")) {
-        return Value();
-    }
     uint32_t start = unsignedArgument(args[1]);
     bool bounded = args.size() == 3;
     if (args[0].is(Kind::String)) {
@@ -112,11 +97,8 @@ Value SliceFunction::invoke(ArgList&& args, const EngineRef&)
     return Value();
 }
 
-Value IndexOfFunction::invoke(ArgList&& args, const EngineRef&)
+Value indexOf(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "IndexOf args size not match")) {
-        return Value("");  // an empty string, not a number: the system's own fallback
-    }
     const Value& haystack = args[0];
     const Value& needle = args[1];
     if (haystack.is(Kind::String) && needle.is(Kind::String)) {
@@ -132,11 +114,8 @@ Value IndexOfFunction::invoke(ArgList&& args, const EngineRef&)
     return Value(-1.0);
 }
 
-Value SplitFunction::invoke(ArgList&& args, const EngineRef&)
+Value split(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "Split args size not match")) {
-        return Value(Kind::Array);
-    }
     const std::string& separator = args[1].string();
     if (separator.size() != 1) {
         reportError("Splitter must be one character");
@@ -162,22 +141,16 @@ Value SplitFunction::invoke(ArgList&& args, const EngineRef&)
     return Value::makeArray(std::move(tokens));
 }
 
-Value CharAtFunction::invoke(ArgList&& args, const EngineRef&)
+Value charAt(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "CharAt args size not match")) {
-        return Value("");
-    }
     // The byte's number in decimal, not the character: "A" at 0 gives "65".
     // An index past the text throws std::out_of_range, uncaught.
     unsigned char byte = static_cast<unsigned char>(args[0].string().at(unsignedArgument(args[1])));
     return Value(std::to_string(byte));
 }
 
-Value ConcatFunction::invoke(ArgList&& args, const EngineRef&)
+Value concat(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "Concat args size not match")) {
-        return Value();
-    }
     if (args[0].is(Kind::Array) && args[1].is(Kind::Array)) {
         const ValueArray& first = args[0].array();
         const ValueArray& second = args[1].array();
@@ -201,11 +174,8 @@ Value ConcatFunction::invoke(ArgList&& args, const EngineRef&)
     return Value();
 }
 
-Value IncludeFunction::invoke(ArgList&& args, const EngineRef&)
+Value include(ArgList& args, const EngineRef&)
 {
-    if (!checkArgCount(args, 2, "Include args size not match")) {
-        return Value();
-    }
     const Value& haystack = args[0];
     const Value& needle = args[1];
     if (haystack.is(Kind::Array)) {
@@ -219,11 +189,8 @@ Value IncludeFunction::invoke(ArgList&& args, const EngineRef&)
     return Value(false);
 }
 
-Value LogFunction::invoke(ArgList&& args, const EngineRef& engine)
+Value logToHost(ArgList& args, const EngineRef& engine)
 {
-    if (!checkArgCount(args, 1, "Log args size not match")) {
-        return Value();
-    }
     // A gone engine, or one without a host log sink, logs nothing.
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (runtime && runtime->services.log) {

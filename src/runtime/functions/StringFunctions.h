@@ -7,63 +7,30 @@
 namespace Mero {
 
 // Replaces the first occurrence only.
-class StringReplaceFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value stringReplace(ArgList& args, const EngineRef& engine);
 
 // The text from start to end.
-class SubStringFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value subString(ArgList& args, const EngineRef& engine);
 
-class GetLengthFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value getLength(ArgList& args, const EngineRef& engine);
 
-class ToStringFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value toString(ArgList& args, const EngineRef& engine);
 
 // For text the third argument is a length; for arrays it is an end index.
-class SliceFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value slice(ArgList& args, const EngineRef& engine);
 
-class IndexOfFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value indexOf(ArgList& args, const EngineRef& engine);
 
-class SplitFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value split(ArgList& args, const EngineRef& engine);
 
 // The byte at an index, as its decimal number in a string.
-class CharAtFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value charAt(ArgList& args, const EngineRef& engine);
 
-class ConcatFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value concat(ArgList& args, const EngineRef& engine);
 
-class IncludeFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value include(ArgList& args, const EngineRef& engine);
 
 // Hands a message to the host's log sink.
-class LogFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value logToHost(ArgList& args, const EngineRef& engine);
 
 }  // namespace Mero

@@ -15,11 +15,8 @@ PendingJob deferredJob(const EngineRef& engine, Value&& callback)
 
 }  // namespace
 
-Value SetTimeoutFunction::invoke(ArgList&& args, const EngineRef& engine)
+Value setTimeout(ArgList& args, const EngineRef& engine)
 {
-    if (!checkArgCount(args, 2, "set timeout args size not match")) {
-        return Value();
-    }
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
         return Value();
@@ -29,11 +26,8 @@ Value SetTimeoutFunction::invoke(ArgList&& args, const EngineRef& engine)
     return Value();
 }
 
-Value VideoTimeOnceFunction::invoke(ArgList&& args, const EngineRef& engine)
+Value videoTimeOnce(ArgList& args, const EngineRef& engine)
 {
-    if (!checkArgCount(args, 2, "VideoTimeOnce args size not match")) {
-        return Value();
-    }
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
         return Value();
@@ -50,11 +44,8 @@ Value VideoTimeOnceFunction::invoke(ArgList&& args, const EngineRef& engine)
     return Value();
 }
 
-Value VideoTimeStartFunction::invoke(ArgList&& args, const EngineRef& engine)
+Value videoTimeStart(ArgList& args, const EngineRef& engine)
 {
-    if (!checkArgCount(args, 2, "VideoTimeStart args size not match")) {
-        return Value();
-    }
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
         return Value();

@@ -6,21 +6,12 @@
 namespace Mero {
 
 // (delay in ms, callback)
-class SetTimeoutFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value setTimeout(ArgList& args, const EngineRef& engine);
 
 // (time in seconds, callback): collected until VideoTimeStart hands them over.
-class VideoTimeOnceFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value videoTimeOnce(ArgList& args, const EngineRef& engine);
 
 // (first, second): hands every collected video-time point to the host.
-class VideoTimeStartFunction final : public MRFunction {
-public:
-    Value invoke(ArgList&& args, const EngineRef& engine) override;
-};
+Value videoTimeStart(ArgList& args, const EngineRef& engine);
 
 }  // namespace Mero

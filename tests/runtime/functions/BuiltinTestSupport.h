@@ -2,6 +2,7 @@
 // JSON array text, results compared as canonical JSON.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -9,6 +10,9 @@
 #include <vector>
 
 #include "runtime/RuntimeEngine.h"
+#include <gtest/gtest.h>
+
+#include "runtime/functions/BuiltinFunctions.h"
 #include "runtime/functions/MRFunction.h"
 #include "support/CanonicalJson.h"
 #include "support/JsonValue.h"
@@ -42,26 +46,38 @@ struct RecordingCallback {
     }
 };
 
-// Calls a fresh object of the built-in class, with no engine unless given.
-template <typename Function>
-Mero::Value callBuiltin(Mero::ArgList args, const Mero::EngineRef& engine = {})
+// Calls the built-in of that name ("ArrayPush") as a template's call does,
+// its argument count checked first; with no engine unless given.
+inline Mero::Value callBuiltin(std::string_view name, Mero::ArgList args, const Mero::EngineRef& engine = {})
 {
-    return Function().invoke(std::move(args), engine);
+    const auto& builtins = Mero::builtinFunctions();
+    auto found = std::find_if(builtins.begin(), builtins.end(),
+                              [name](const Mero::BuiltinInfo& info) { return info.name == name; });
+    if (found == builtins.end()) {
+        ADD_FAILURE() << "no built-in " << name;
+        return Mero::Value();
+    }
+    return Mero::invokeBuiltin(*found, std::move(args), engine);
 }
 
-template <typename Function>
-Mero::Value callBuiltin(std::string_view arrayText)
+inline Mero::Value callBuiltin(std::string_view name, std::string_view arrayText)
 {
-    return callBuiltin<Function>(argsOf(arrayText));
+    return callBuiltin(name, argsOf(arrayText));
 }
 
 // The same as a plain function pointer, for tables of cases.
 using Invoke = Mero::Value (*)(Mero::ArgList);
 
-template <typename Function>
+template <std::size_t Length>
+struct BuiltinName {
+    constexpr BuiltinName(const char (&name)[Length]) { std::copy_n(name, Length, text); }
+    char text[Length];
+};
+
+template <BuiltinName name>
 Mero::Value invokeFresh(Mero::ArgList args)
 {
-    return callBuiltin<Function>(std::move(args));
+    return callBuiltin(name.text, std::move(args));
 }
 
 }  // namespace MeroTest

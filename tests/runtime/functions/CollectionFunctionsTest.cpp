@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "runtime/functions/BuiltinTestSupport.h"
-#include "runtime/functions/CollectionFunctions.h"
 #include "support/ReportedErrors.h"
 
 namespace {
@@ -19,8 +18,8 @@ using Strings = std::vector<std::string>;
 TEST(ArrayPush, appendsTheWholeSourceToTheScriptsOwnArray)
 {
     Value variable = json("[1,2]");
-    EXPECT_EQ(canonicalJson(callBuiltin<ArrayPushFunction>(ArgList{variable, json("[3,4]")})), "4");
-    EXPECT_EQ(canonicalJson(callBuiltin<ArrayPushFunction>(ArgList{variable, variable})), "8");
+    EXPECT_EQ(canonicalJson(callBuiltin("ArrayPush", ArgList{variable, json("[3,4]")})), "4");
+    EXPECT_EQ(canonicalJson(callBuiltin("ArrayPush", ArgList{variable, variable})), "8");
     EXPECT_EQ(canonicalJson(variable), "[1,2,3,4,1,2,3,4]");
 }
 
@@ -31,9 +30,9 @@ TEST(ArrayWalks, passElementIndexAndTheSharedArrayAndMapCollectsIntoANewArray)
     callback.answer = [&array](const ArgList& args) {
         return Value(args[0].number() * 10 + args[1].number() + (args[2].arrayPtr() == array.arrayPtr() ? 0.5 : 0));
     };
-    EXPECT_EQ(canonicalJson(callBuiltin<ArrayForEachFunction>(ArgList{array, callback.value()})), "null");
+    EXPECT_EQ(canonicalJson(callBuiltin("ArrayForEach", ArgList{array, callback.value()})), "null");
     EXPECT_EQ(callback.calls, (Strings{"[1,0,[1,2]]", "[2,1,[1,2]]"}));
-    Value mapped = callBuiltin<ArrayMapFunction>(ArgList{array, callback.value()});
+    Value mapped = callBuiltin("ArrayMap", ArgList{array, callback.value()});
     EXPECT_EQ(canonicalJson(mapped), "[10.5,21.5]");
     EXPECT_EQ(canonicalJson(array), "[1,2]");
 }
@@ -43,13 +42,13 @@ TEST(ArrayWalks, filterKeepsOnlyForARealBooleanTrue)
     for (const char* answer : {"true", "1", "{}"}) {
         RecordingCallback callback;
         callback.answer = [answer](const ArgList&) { return json(answer); };
-        EXPECT_EQ(canonicalJson(callBuiltin<ArrayFilterFunction>(ArgList{json("[1,2]"), callback.value()})),
+        EXPECT_EQ(canonicalJson(callBuiltin("ArrayFilter", ArgList{json("[1,2]"), callback.value()})),
                   std::string(answer) == "true" ? "[1,2]" : "[]")
             << answer;
     }
     RecordingCallback odd;
     odd.answer = [](const ArgList& args) { return Value(static_cast<int>(args[0].number()) % 2 == 1); };
-    EXPECT_EQ(canonicalJson(callBuiltin<ArrayFilterFunction>(ArgList{json("[1,2,3,4,5]"), odd.value()})), "[1,3,5]");
+    EXPECT_EQ(canonicalJson(callBuiltin("ArrayFilter", ArgList{json("[1,2,3,4,5]"), odd.value()})), "[1,3,5]");
 }
 
 TEST(ArrayWalks, aCallbackThatAppendsExtendsTheWalkAndKindsAreNotTested)
@@ -62,17 +61,17 @@ TEST(ArrayWalks, aCallbackThatAppendsExtendsTheWalkAndKindsAreNotTested)
         }
         return Value();
     };
-    callBuiltin<ArrayForEachFunction>(ArgList{array, callback.value()});
+    callBuiltin("ArrayForEach", ArgList{array, callback.value()});
     EXPECT_EQ(callback.calls.size(), 3u);
     EXPECT_EQ(callback.calls.back(), "[3,2,[1,2,3]]");
 
     RecordingCallback unused;
-    EXPECT_EQ(canonicalJson(callBuiltin<ArrayMapFunction>(ArgList{json("{\"a\":1}"), unused.value()})), "[]");
-    EXPECT_EQ(canonicalJson(callBuiltin<ArrayFilterFunction>(ArgList{Value("abc"), unused.value()})), "[]");
+    EXPECT_EQ(canonicalJson(callBuiltin("ArrayMap", ArgList{json("{\"a\":1}"), unused.value()})), "[]");
+    EXPECT_EQ(canonicalJson(callBuiltin("ArrayFilter", ArgList{Value("abc"), unused.value()})), "[]");
     EXPECT_TRUE(unused.calls.empty());
     // A non-callback is the empty callable, which fails on the first element.
-    EXPECT_THROW(callBuiltin<ArrayForEachFunction>("[[1],5]"), std::bad_function_call);
-    EXPECT_EQ(canonicalJson(callBuiltin<ArrayForEachFunction>("[[],5]")), "null");
+    EXPECT_THROW(callBuiltin("ArrayForEach", "[[1],5]"), std::bad_function_call);
+    EXPECT_EQ(canonicalJson(callBuiltin("ArrayForEach", "[[],5]")), "null");
 }
 
 TEST(DictForEach, passesEveryKeyAndValueWhileTheCallbackMayAddMembers)
@@ -85,13 +84,13 @@ TEST(DictForEach, passesEveryKeyAndValueWhileTheCallbackMayAddMembers)
         }
         return Value(7);
     };
-    EXPECT_EQ(canonicalJson(callBuiltin<DictForEachFunction>(ArgList{object, callback.value()})), "null");
+    EXPECT_EQ(canonicalJson(callBuiltin("DictForEach", ArgList{object, callback.value()})), "null");
     std::sort(callback.calls.begin(), callback.calls.end());
     EXPECT_EQ(callback.calls, (Strings{"[\"a\",1]", "[\"b\",[2]]"}));
     EXPECT_EQ(object.object().size(), 102u);
 
     RecordingCallback unused;
-    callBuiltin<DictForEachFunction>(ArgList{json("[1,2]"), unused.value()});
+    callBuiltin("DictForEach", ArgList{json("[1,2]"), unused.value()});
     EXPECT_TRUE(unused.calls.empty());
 }
 
@@ -100,10 +99,10 @@ TEST(JsonSet, changesTheObjectInPlaceForEveryHolderAndWrongKindsNothingQuietly)
     Value object = json("{\"a\":1}");
     Value array = json("[1]");
     EXPECT_EQ(printedOutput([&] {
-                  EXPECT_TRUE(callBuiltin<JsonSetFunction>(ArgList{object, Value("a"), Value(2)}).isNull());
-                  callBuiltin<JsonSetFunction>(ArgList{object, Value("b"), json("[3]")});
-                  callBuiltin<JsonSetFunction>(ArgList{object, Value(1), Value(2)});
-                  callBuiltin<JsonSetFunction>(ArgList{array, Value("0"), Value(2)});
+                  EXPECT_TRUE(callBuiltin("JsonSet", ArgList{object, Value("a"), Value(2)}).isNull());
+                  callBuiltin("JsonSet", ArgList{object, Value("b"), json("[3]")});
+                  callBuiltin("JsonSet", ArgList{object, Value(1), Value(2)});
+                  callBuiltin("JsonSet", ArgList{array, Value("0"), Value(2)});
               }),
               "");
     EXPECT_EQ(canonicalJson(object), "{\"a\":2,\"b\":[3]}");
@@ -114,9 +113,9 @@ TEST(JsonSet, changesTheObjectInPlaceForEveryHolderAndWrongKindsNothingQuietly)
 TEST(JsonParse, readsAnObjectTextAndLeavesTheEmptyTextNull)
 {
     const char* text = R"({"a":[1,{"b":true}]})";
-    EXPECT_EQ(canonicalJson(callBuiltin<JsonParseFunction>(ArgList{Value(text)})), text);
-    EXPECT_EQ(canonicalJson(callBuiltin<JsonParseFunction>("[\"\"]")), "null");
-    EXPECT_EQ(thrownMessage([] { callBuiltin<JsonParseFunction>("[\"[1]\"]"); }), "Syntax error: '{' expected.");
+    EXPECT_EQ(canonicalJson(callBuiltin("JsonParse", ArgList{Value(text)})), text);
+    EXPECT_EQ(canonicalJson(callBuiltin("JsonParse", "[\"\"]")), "null");
+    EXPECT_EQ(thrownMessage([] { callBuiltin("JsonParse", "[\"[1]\"]"); }), "Syntax error: '{' expected.");
 }
 
 }  // namespace
