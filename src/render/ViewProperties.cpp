@@ -14,6 +14,7 @@
 #include "render/NodeBinding.h"
 #include "render/PropertyTable.h"
 #include "render/ViewRenderNode.h"
+#include "render/ViewSlots.h"
 #include "runtime/NumberConversion.h"
 
 namespace Mero {
@@ -269,7 +270,9 @@ void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyIn
     if (row.input == PropertyInput::Text) {
         bindValue(properties, row.key, Value(row.textDefault),
                   [this, field = textField(row.property), queue](Value colour, bool initial) {
-                      style.*field = colour.string();
+                      // Kept as the text a new view would be given, so that a
+                      // colour bound to a number shows alike either way.
+                      style.*field = slotText(colour);
                       if (!initial) {
                           queue(std::move(colour));
                       }

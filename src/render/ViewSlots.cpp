@@ -56,6 +56,8 @@ Value styleValue(const StyleCache& style, Property property)
     }
 }
 
+}  // namespace
+
 std::string slotText(const Value& value)
 {
     switch (value.kind()) {
@@ -65,6 +67,8 @@ std::string slotText(const Value& value)
     default: return {};
     }
 }
+
+namespace {
 
 bool slotBoolean(const Value& value)
 {

@@ -50,6 +50,10 @@ struct ViewSlots {
     void put(uint32_t propertyId, const Value& value);
 };
 
+// The text a string slot holds for a value: a string as it is, a number or
+// a boolean written out, anything else empty.
+std::string slotText(const Value& value);
+
 // The buffers for `node`: its common properties, then its kind's own.
 ViewSlots collectViewSlots(const ViewRenderNode& node);
 

@@ -94,6 +94,15 @@ TEST_F(MirroredCard, ANodeInsideAHiddenContainerSendsNothingAndIsMadeAnewWhenSho
     EXPECT_EQ(host->root()->children.at(0)->children.at(0)->slots.strings[3], "three");
 }
 
+TEST_F(MirroredCard, AColourBoundToANumberIsTheSameTextInANewViewAndInAnUpdate)
+{
+    start(R"({"variables":{"tint":"#FFFFFFFF"},"elements":{"$":3,"nodeId":"root",
+      "backgroundColor":{"$":3,"n":"tint"}}})");
+    run("[" + set("tint", "3") + "]");
+    EXPECT_EQ(host->difference(instance), "");
+    EXPECT_EQ(host->root()->slots.strings[1], "3");
+}
+
 TEST_F(MirroredCard, SwiperPagesTakeTheSwiperSizeAfterEveryResize)
 {
     start(R"({"elements":{"$":3,"nodeId":"root","children":[
