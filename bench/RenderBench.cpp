@@ -88,7 +88,7 @@ void BM_RenderInit_Mero(benchmark::State& state)
         Mero::RenderTree tree(engine);
         tree.build(engine->elements);
         tree.applyLayout();
-        benchmark::DoNotOptimize(tree.root()->layout.height);
+        benchmark::DoNotOptimize(tree.root()->layout().height);
     }
     state.counters["nodes"] = static_cast<double>(1 + nodesPerRow * rowsFor(state.range(0)));
 }

@@ -144,7 +144,7 @@ void MeroInstance::updateLayout(float width, float height, int32_t widthMode, in
 void MeroInstance::markDirty(const std::string& componentId)
 {
     ViewRenderNode* node = tree_->find(componentId);
-    if (node == nullptr || !node->hasView || node->isEmpty) {
+    if (node == nullptr || !node->hasView() || node->flattened()) {
         return;
     }
     if (isFixedSize(YGNodeStyleGetWidth(node->yogaNode)) && isFixedSize(YGNodeStyleGetHeight(node->yogaNode))) {

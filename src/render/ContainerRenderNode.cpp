@@ -8,7 +8,7 @@ namespace {
 
 std::size_t shownViewCount(ViewRenderNode& node)
 {
-    return node.visible ? hostViewCount(node) : 0;
+    return node.visible() ? hostViewCount(node) : 0;
 }
 
 // The host views of `container`'s children before `child`.
@@ -38,10 +38,10 @@ std::optional<HostPlace> hostPlaceOf(ViewRenderNode& child)
     ViewRenderNode* node = &child;
     for (ContainerRenderNode* container = child.parent; container != nullptr; container = container->parent) {
         index += viewsBefore(*container, node);
-        if (!container->isEmpty) {
+        if (!container->flattened()) {
             return HostPlace{container, index};
         }
-        if (!container->visible) {
+        if (!container->visible()) {
             return std::nullopt;
         }
         node = container;
@@ -53,7 +53,7 @@ std::optional<HostPlace> hostPlaceOf(ViewRenderNode& child)
 
 std::size_t hostViewCount(ViewRenderNode& node)
 {
-    if (!node.isEmpty) {
+    if (!node.flattened()) {
         return 1;
     }
     std::size_t count = 0;
@@ -77,7 +77,7 @@ bool ContainerRenderNode::queueVisibilityChange(ViewRenderNode* child)
         return true;
     }
     auto index = static_cast<int32_t>(place->index);
-    if (child->visible) {
+    if (child->visible()) {
         // The views that come, as they are now; each is made from the
         // node's values when the change is sent.
         for (ViewRenderNode* view : child->collectHostNodes().value_or(HostNodeList())) {
@@ -100,10 +100,10 @@ ContainerRenderNode::~ContainerRenderNode()
 
 std::optional<HostNodeList> ContainerRenderNode::collectHostNodes()
 {
-    if (!visible) {
+    if (!visible()) {
         return std::nullopt;
     }
-    if (!isEmpty) {
+    if (!flattened()) {
         return HostNodeList{this};
     }
     if (children.empty()) {

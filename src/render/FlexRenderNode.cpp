@@ -72,7 +72,7 @@ void FlexRenderNode::insertShownChildren()
 {
     std::size_t index = 0;
     for (const RenderNodePtr& child : children) {
-        if (child->visible && YGNodeGetOwner(child->yogaNode) == nullptr) {
+        if (child->visible() && YGNodeGetOwner(child->yogaNode) == nullptr) {
             YGNodeInsertChild(yogaNode, child->yogaNode, index++);
         }
     }
@@ -82,7 +82,7 @@ void FlexRenderNode::applyLayout()
 {
     ViewRenderNode::applyLayout();
     for (const RenderNodePtr& child : children) {
-        if (child->visible) {
+        if (child->visible()) {
             child->applyLayout();
         }
     }
@@ -95,7 +95,7 @@ int32_t FlexRenderNode::shownIndexOf(const ViewRenderNode* child) const
         if (sibling.get() == child) {
             return index;
         }
-        if (sibling->visible) {
+        if (sibling->visible()) {
             ++index;
         }
     }
@@ -112,7 +112,7 @@ void FlexRenderNode::onChildVisibleChanged(ViewRenderNode* child)
     // checked rather than assumed (a script run while the children are
     // still being built can show one before they are all inserted).
     YGNodeRef childYoga = child->yogaNode;
-    if (child->visible) {
+    if (child->visible()) {
         if (YGNodeGetOwner(childYoga) == nullptr) {
             const std::size_t count = YGNodeGetChildCount(yogaNode);
             YGNodeInsertChild(yogaNode, childYoga, std::min(static_cast<std::size_t>(index), count));

@@ -1,5 +1,5 @@
 // Binding a node kind's own host properties (a leaf's, a swiper's): each is
-// kept in the node's kindValues, in the order of the kind's list.
+// kept in the node's kindValues_, in the order of the kind's list.
 #include <optional>
 
 #include "render/NodeBinding.h"
@@ -20,13 +20,13 @@ bool isHostValue(PropertyInput input)
 void ViewRenderNode::bindKindProperties(const Value& element)
 {
     const std::span<const Property> properties = kind().properties;
-    kindValues.resize(properties.size());
+    kindValues_.resize(properties.size());
     for (std::size_t i = 0; i < properties.size(); ++i) {
         const PropertyInfo& row = info(properties[i]);
         if (!isHostValue(row.input)) {
             continue;  // read by the node's class (lists, children, flex values)
         }
-        Value& slot = kindValues[i];
+        Value& slot = kindValues_[i];
         if (row.input == PropertyInput::Literal) {
             // Kept as the template gives it (the download button's business data).
             if (const Value* literal = NodeBinding::propertyOf(element, row.key)) {

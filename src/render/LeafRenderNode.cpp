@@ -88,7 +88,7 @@ YGSize LeafRenderNode::measureImage(float width, YGMeasureMode widthMode, float 
         return YGSize{width, height};
     }
     ViewHost* host = tree().viewHost();
-    if (!hasView || host == nullptr) {
+    if (!hasView() || host == nullptr) {
         return YGSize{0.0F, 0.0F};
     }
     const ContentSize content = host->contentSize(nodeId);

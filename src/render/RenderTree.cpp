@@ -85,7 +85,7 @@ void RenderTree::layOut()
         return;
     }
     YGNodeCalculateLayout(root_->yogaNode, runtime->containerWidth, runtime->containerHeight, YGDirectionLTR);
-    if (root_->hasView) {
+    if (root_->hasView_) {
         root_->applyLayout();
     }
 }
@@ -104,10 +104,10 @@ std::optional<ViewTree> RenderTree::createViews()
 ViewTree RenderTree::makeViewTree(ViewRenderNode& node)
 {
     ViewTree view{collectViewSlots(node), {}, &node};
-    node.hasView = true;
-    node.childChanges.clear();
-    node.propertyUpdates.clear();
-    node.animatedUpdates.clear();
+    node.hasView_ = true;
+    node.childChanges_.clear();
+    node.propertyUpdates_.clear();
+    node.animatedUpdates_.clear();
     if (node.isContainer()) {
         for (const RenderNodePtr& child : static_cast<ContainerRenderNode&>(node).children) {
             for (ViewRenderNode* shown : child->collectHostNodes().value_or(HostNodeList())) {
@@ -137,7 +137,7 @@ void RenderTree::forgetViewsBelow(const ViewRenderNode& node)
         return;
     }
     for (const RenderNodePtr& child : static_cast<const ContainerRenderNode&>(node).children) {
-        child->hasView = false;
+        child->hasView_ = false;
         forgetViewsBelow(*child);
     }
 }
@@ -171,8 +171,8 @@ void RenderTree::flush()
     }
     ChangeList changes;
     for (ViewRenderNode* node : pending_) {
-        if (node->queued) {
-            node->queued = false;
+        if (node->queued_) {
+            node->queued_ = false;
             collectChanges(*node, changes);
         }
     }
@@ -189,11 +189,11 @@ void RenderTree::collectChanges(ViewRenderNode& node, ChangeList& changes)
     // view sends nothing and keeps nothing, since its view will be made from
     // its current values. So does a node hidden since it queued (itself or
     // a container above it): its views are made anew when it shows again.
-    const bool shown = node.hasView && node.isShown();
-    if (!node.childChanges.empty()) {
+    const bool shown = node.hasView_ && node.isShown();
+    if (!node.childChanges_.empty()) {
         // Showing the root again makes its view anew, which drops what the
         // root itself had queued, this list included: take it first.
-        const std::vector<ChildChange> queued = std::exchange(node.childChanges, {});
+        const std::vector<ChildChange> queued = std::exchange(node.childChanges_, {});
         for (const ChildChange& change : queued) {
             if (!shown) {
                 break;
@@ -205,14 +205,14 @@ void RenderTree::collectChanges(ViewRenderNode& node, ChangeList& changes)
             }
         }
     }
-    if (!node.propertyUpdates.empty()) {
-        std::vector<PropertyUpdate> updates = std::exchange(node.propertyUpdates, {});
+    if (!node.propertyUpdates_.empty()) {
+        std::vector<PropertyUpdate> updates = std::exchange(node.propertyUpdates_, {});
         if (shown) {
             changes.emplace_back(SetProperties{node.nodeId, std::move(updates)});
         }
     }
-    if (!node.animatedUpdates.empty()) {
-        std::vector<AnimatedUpdate> animations = std::exchange(node.animatedUpdates, {});
+    if (!node.animatedUpdates_.empty()) {
+        std::vector<AnimatedUpdate> animations = std::exchange(node.animatedUpdates_, {});
         if (shown) {
             changes.emplace_back(PlayAnimations{node.nodeId, std::move(animations)});
         }

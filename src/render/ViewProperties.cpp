@@ -246,7 +246,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
         default: break;  // read once by the constructor, or laid out
         }
     }
-    style.gradient = readGradient(element);
+    style_.gradient = readGradient(element);
 }
 
 void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyInfo& row)
@@ -272,7 +272,7 @@ void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyIn
                   [this, field = textField(row.property), queue](Value colour, bool initial) {
                       // Kept as the text a new view would be given, so that a
                       // colour bound to a number shows alike either way.
-                      style.*field = slotText(colour);
+                      style_.*field = slotText(colour);
                       if (!initial) {
                           queue(std::move(colour));
                       }
@@ -280,7 +280,7 @@ void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyIn
         return;
     }
     auto store = [this, field = numberField(row.property), queue](double number, bool initial) {
-        style.*field = number;
+        style_.*field = number;
         if (!initial) {
             queue(number);
         }

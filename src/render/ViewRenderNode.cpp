@@ -40,6 +40,16 @@ std::string scopedNodeId(const Value& element, const LocalScope& scope)
     return id;
 }
 
+// "loopAnimation", evaluated once at construction.
+Value evaluatedOnce(const Value& element, Property property, const LocalScope& scope, const EngineRef& engine)
+{
+    const Value* value = NodeBinding::propertyOf(element, keyOf(property));
+    if (value == nullptr) {
+        return Value();
+    }
+    return NodeBinding::isScalar(*value) ? *value : createRuntimeObject(*value)->value(scope, engine);
+}
+
 // Padding ids run left, top, right, bottom; border ids left, right, top,
 // bottom. Both are read in the edge order left, top, right, bottom.
 struct EdgeResult {
@@ -72,21 +82,18 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
       engine(renderTree.engine()),
       scope(std::move(localScope)),
       yogaNode(YGNodeNew()),
+      onClick(memberOf(element, Property::OnClick).string()),
+      loopAnimation(evaluatedOnce(element, Property::LoopAnimation, scope, engine)),
       kind_(kindOfCode(type) != nullptr ? kindOfCode(type) : kindOfCode(0)),
       tree_(renderTree),
       lifeToken_(std::make_shared<const bool>(true))
 {
     YGNodeSetContext(yogaNode, this);
     tree_.nodeMade();
-    onClick = memberOf(element, Property::OnClick).string();
     // The root always has a view of its own (the host's root view): it
     // cannot be flattened into a parent it does not have.
-    isEmpty = parent != nullptr && memberOf(element, Property::IsEmpty).boolean();
+    flattened_ = parent != nullptr && memberOf(element, Property::IsEmpty).boolean();
     readTransitions(element);
-    if (const Value* animation = NodeBinding::propertyOf(element, keyOf(Property::LoopAnimation))) {
-        loopAnimation =
-            NodeBinding::isScalar(*animation) ? *animation : createRuntimeObject(*animation)->value(scope, engine);
-    }
     bindCommonProperties(element);
 }
 
@@ -96,7 +103,7 @@ ViewRenderNode::~ViewRenderNode()
     tree_.nodeGone();
     // A node that goes between two flushes must not stay on the pending list
     // (a whole tree may go at once, hence the stored position).
-    if (queued) {
+    if (queued_) {
         tree_.delist(pendingEntry_);
     }
 }
@@ -111,9 +118,9 @@ void ViewRenderNode::readTransitions(const Value& element)
         Transition record{truncateToUint32(memberOf(entry, "timing").number()), memberOf(entry, "duration").number(),
                           memberOf(entry, "delay").number()};
         if (key == "all") {
-            allTransition = record;
+            allTransition_ = record;
         } else {
-            transitions.try_emplace(key, record);
+            transitions_.try_emplace(key, record);
         }
     }
 }
@@ -122,28 +129,28 @@ const Value& ViewRenderNode::kindValue(Property property) const
 {
     static const Value none;
     const int slot = kindSlotOf(*kind_, property);
-    return slot >= 0 && static_cast<std::size_t>(slot) < kindValues.size() ? kindValues[static_cast<std::size_t>(slot)]
+    return slot >= 0 && static_cast<std::size_t>(slot) < kindValues_.size() ? kindValues_[static_cast<std::size_t>(slot)]
                                                                            : none;
 }
 
 const Transition* ViewRenderNode::transitionFor(std::string_view key) const
 {
-    auto found = transitions.find(std::string(key));
-    if (found != transitions.end()) {
+    auto found = transitions_.find(std::string(key));
+    if (found != transitions_.end()) {
         return &found->second;
     }
-    return allTransition ? &*allTransition : nullptr;
+    return allTransition_ ? &*allTransition_ : nullptr;
 }
 
 bool ViewRenderNode::isShown() const
 {
-    if (!visible) {
+    if (!visible_) {
         return false;
     }
     // A hidden root keeps the view the host was given for it, and so do its
     // descendants: only containers below the root hide their subtrees.
     for (const ViewRenderNode* node = parent; node != nullptr && node->parent != nullptr; node = node->parent) {
-        if (!node->visible) {
+        if (!node->visible()) {
             return false;
         }
     }
@@ -152,15 +159,15 @@ bool ViewRenderNode::isShown() const
 
 bool ViewRenderNode::markPending()
 {
-    if (isEmpty || !isShown()) {
+    if (flattened_ || !isShown()) {
         return false;
     }
     if (engine.expired()) {
         return false;
     }
-    if (!queued) {
+    if (!queued_) {
         pendingEntry_ = tree_.enlist(this);
-        queued = true;
+        queued_ = true;
     }
     return true;
 }
@@ -168,30 +175,30 @@ bool ViewRenderNode::markPending()
 void ViewRenderNode::queuePropertyUpdate(uint32_t propertyId, Value value)
 {
     if (markPending()) {
-        propertyUpdates.push_back({propertyId, std::move(value)});
+        propertyUpdates_.push_back({propertyId, std::move(value)});
     }
 }
 
 void ViewRenderNode::queueAnimatedUpdate(uint32_t propertyId, Value value, const Transition& transition)
 {
     if (markPending()) {
-        animatedUpdates.push_back({propertyId, std::move(value), transition});
+        animatedUpdates_.push_back({propertyId, std::move(value), transition});
     }
 }
 
 void ViewRenderNode::queueChildChange(const ChildChange& change)
 {
     if (markPending()) {
-        childChanges.push_back(change);
+        childChanges_.push_back(change);
     }
 }
 
 void ViewRenderNode::setVisible(bool shown)
 {
-    if (shown == visible) {
+    if (shown == visible_) {
         return;
     }
-    visible = shown;
+    visible_ = shown;
     if (parent != nullptr) {
         parent->onChildVisibleChanged(this);
         return;
@@ -210,7 +217,7 @@ void ViewRenderNode::requestLayout() const
 
 std::optional<HostNodeList> ViewRenderNode::collectHostNodes()
 {
-    if (!visible || isEmpty) {
+    if (!visible_ || flattened_) {
         return std::nullopt;
     }
     return HostNodeList{this};
@@ -218,31 +225,31 @@ std::optional<HostNodeList> ViewRenderNode::collectHostNodes()
 
 void ViewRenderNode::applyLayout()
 {
-    applyFrameSize(YGNodeLayoutGetWidth(yogaNode), layout.width, Property::Width);
-    applyFrameSize(YGNodeLayoutGetHeight(yogaNode), layout.height, Property::Height);
+    applyFrameSize(YGNodeLayoutGetWidth(yogaNode), layout_.width, Property::Width);
+    applyFrameSize(YGNodeLayoutGetHeight(yogaNode), layout_.height, Property::Height);
 
     double x = YGNodeLayoutGetLeft(yogaNode);
     double y = YGNodeLayoutGetTop(yogaNode);
     // A flattened container has no view of its own: its offset moves into
     // its children's frames.
-    if (parent != nullptr && parent->isEmpty) {
-        x += parent->layout.x;
-        y += parent->layout.y;
+    if (parent != nullptr && parent->flattened()) {
+        x += parent->layout().x;
+        y += parent->layout().y;
     }
-    applyOrigin(x, layout.x, Property::X);
-    applyOrigin(y, layout.y, Property::Y);
+    applyOrigin(x, layout_.x, Property::X);
+    applyOrigin(y, layout_.y, Property::Y);
 
     for (const EdgeResult& padding : paddingResults) {
         const double value = YGNodeLayoutGetPadding(yogaNode, padding.edge);
-        if (value != layout.*padding.cached) {
-            layout.*padding.cached = value;
+        if (value != layout_.*padding.cached) {
+            layout_.*padding.cached = value;
             queuePropertyUpdate(padding.propertyId, value);
         }
     }
     for (const EdgeResult& border : borderResults) {
         const double value = YGNodeLayoutGetBorder(yogaNode, border.edge);
-        if (value != layout.*border.cached) {
-            layout.*border.cached = value;
+        if (value != layout_.*border.cached) {
+            layout_.*border.cached = value;
             queuePropertyUpdate(border.propertyId, value);
         }
     }
@@ -271,7 +278,7 @@ void ViewRenderNode::applyFrameSize(double value, double& cached, Property prope
     if (!tree_.layoutApplied()) {
         return;
     }
-    queueLayoutValue(hostIdOf(property), value, hasView ? transitionFor(info(property).transitionKey) : nullptr);
+    queueLayoutValue(hostIdOf(property), value, hasView_ ? transitionFor(info(property).transitionKey) : nullptr);
 }
 
 void ViewRenderNode::applyOrigin(double value, double& cached, Property property)
@@ -283,9 +290,9 @@ void ViewRenderNode::applyOrigin(double value, double& cached, Property property
     // Only a transition under the key itself animates a move: "all" does
     // not apply to x and y, on purpose.
     const Transition* transition = nullptr;
-    if (hasView) {
-        auto found = transitions.find(std::string(info(property).transitionKey));
-        if (found != transitions.end()) {
+    if (hasView_) {
+        auto found = transitions_.find(std::string(info(property).transitionKey));
+        if (found != transitions_.end()) {
             transition = &found->second;
         }
     }

@@ -130,32 +130,40 @@ public:
     // The value of one of the kind's own properties (a leaf's or a swiper's).
     const Value& kindValue(Property property) const;
 
-    std::string nodeId;
-    uint32_t type = 0;
-    ContainerRenderNode* parent = nullptr;
-    EngineRef engine;
-    LocalScope scope;
-    LayoutCache layout;
-    StyleCache style;
-    bool visible = true;
+    // What a node is, fixed when it is made.
+    const std::string nodeId;
+    const uint32_t type;
+    ContainerRenderNode* const parent;  // null for the root
+    const EngineRef engine;
+    const LocalScope scope;
+    const YGNodeRef yogaNode;
+    // The "onClick" event name (what a click dispatches) and the evaluated
+    // "loopAnimation", both read once.
+    const std::string onClick;
+    const Value loopAnimation;
+
+    bool visible() const { return visible_; }
+    // A flattened ("isEmpty") container has no view of its own: its shown
+    // children stand in its place among its parent's host children. The root
+    // is never flattened.
+    bool flattened() const { return flattened_; }
     // The host has a view for this node: set when its view is made
-    // (createComponentTree or a flush that shows it).
-    bool hasView = false;
-    bool isEmpty = false;
-    YGNodeRef yogaNode = nullptr;
-    std::unordered_map<std::string, Transition> transitions;
-    std::optional<Transition> allTransition;
-    Value loopAnimation;
-    std::string onClick;
-    std::vector<ChildChange> childChanges;
-    std::vector<PropertyUpdate> propertyUpdates;
-    std::vector<AnimatedUpdate> animatedUpdates;
+    // (createComponentTree, or a flush that shows it).
+    bool hasView() const { return hasView_; }
+    // The layout values last sent to the host, and the style values last
+    // bound: what a new view is made from.
+    const LayoutCache& layout() const { return layout_; }
+    const StyleCache& style() const { return style_; }
     // The kind's own host properties, in the order of its list; empty for
     // kinds without any.
-    std::vector<Value> kindValues;
-    // On the engine's pending list. Only markPending sets it and only the
-    // engine's flush clears it (when it takes the node off the list).
-    bool queued = false;
+    const std::vector<Value>& kindValues() const { return kindValues_; }
+
+    // What the node has queued for its view since the last flush, and
+    // whether it is on the tree's pending list.
+    const std::vector<ChildChange>& childChanges() const { return childChanges_; }
+    const std::vector<PropertyUpdate>& propertyUpdates() const { return propertyUpdates_; }
+    const std::vector<AnimatedUpdate>& animatedUpdates() const { return animatedUpdates_; }
+    bool queued() const { return queued_; }
 
 protected:
     // Binders. Each reads element[key] and calls apply(converted, initial):
@@ -203,8 +211,25 @@ private:
     void applyFrameSize(double value, double& cached, Property property);
     void applyOrigin(double value, double& cached, Property property);
 
+    // The tree drains the queues and records which nodes have views.
+    friend class RenderTree;
+
     const NodeKind* kind_;
     RenderTree& tree_;
+    LayoutCache layout_;
+    StyleCache style_;
+    bool visible_ = true;
+    bool hasView_ = false;
+    bool flattened_ = false;
+    std::unordered_map<std::string, Transition> transitions_;
+    std::optional<Transition> allTransition_;
+    std::vector<ChildChange> childChanges_;
+    std::vector<PropertyUpdate> propertyUpdates_;
+    std::vector<AnimatedUpdate> animatedUpdates_;
+    std::vector<Value> kindValues_;
+    // Only markPending sets it and only the tree's flush clears it (when it
+    // takes the node off the list).
+    bool queued_ = false;
     // Where this node sits in the tree's pending list while `queued` is set.
     std::list<ViewRenderNode*>::iterator pendingEntry_;
     // Bindings hold this weakly: expired means the node is gone.

@@ -131,17 +131,17 @@ ViewSlots collectViewSlots(const ViewRenderNode& node)
             continue;
         }
         if (row.input == PropertyInput::LayoutResult || isYogaInput(row.input)) {
-            slots.floats[static_cast<std::size_t>(row.hostId)] = static_cast<float>(layoutValue(node.layout, property));
+            slots.floats[static_cast<std::size_t>(row.hostId)] = static_cast<float>(layoutValue(node.layout(), property));
         } else {
-            slots.put(hostIdOf(property), styleValue(node.style, property));
+            slots.put(hostIdOf(property), styleValue(node.style(), property));
         }
     }
     const std::span<const Property> own = node.kind().properties;
-    for (std::size_t i = 0; i < own.size() && i < node.kindValues.size(); ++i) {
+    for (std::size_t i = 0; i < own.size() && i < node.kindValues().size(); ++i) {
         if (own[i] == Property::BusinessData) {
-            slots.strings[ViewSlots::kBusinessDataSlot] = toJsonString(node.kindValues[i]);
+            slots.strings[ViewSlots::kBusinessDataSlot] = toJsonString(node.kindValues()[i]);
         } else if (info(own[i]).hostId >= 0) {
-            slots.put(hostIdOf(own[i]), node.kindValues[i]);
+            slots.put(hostIdOf(own[i]), node.kindValues()[i]);
         }
     }
     slots.strings[ViewSlots::kNodeIdSlot] = node.nodeId;
@@ -149,7 +149,7 @@ ViewSlots collectViewSlots(const ViewRenderNode& node)
     if (!node.loopAnimation.isNull()) {
         slots.strings[ViewSlots::kLoopAnimationSlot] = toJsonString(node.loopAnimation);
     }
-    putGradient(slots, node.style.gradient);
+    putGradient(slots, node.style().gradient);
     return slots;
 }
 

@@ -73,7 +73,7 @@ TEST(FlexRenderNode, ABoundDirectionRelaysOutTheChildren)
         {"$": 0, "nodeId": "a", "width": {"sizeType": 1, "value": 30}, "height": {"sizeType": 1, "value": 10}},
         {"$": 0, "nodeId": "b", "width": {"sizeType": 1, "value": 40}, "height": {"sizeType": 1, "value": 10}}]}})");
     card.start();
-    EXPECT_EQ(card.find("b")->layout.x, 30.0);
+    EXPECT_EQ(card.find("b")->layout().x, 30.0);
     card.set("dir", "0");
     EXPECT_EQ(card.flush(), Calls{"b set 2=0 3=10"});
 }

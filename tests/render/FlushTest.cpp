@@ -27,7 +27,7 @@ TEST(EngineFlush, SendsChildrenThenPropertiesThenAnimationsInEnlistingOrder)
     // Hidden and shown again: removed, then made anew at its place.
     EXPECT_EQ(card.flush(), (Calls{"a set 8=0.5", "a animate 9=0.5@1/10/0", "b set 8=0.5", "root children 0:x 0:a"}));
     EXPECT_TRUE(card.tree.pendingNodes().empty());
-    EXPECT_FALSE(card.find("a")->queued);
+    EXPECT_FALSE(card.find("a")->queued());
     EXPECT_EQ(card.flush(), Calls{});
 }
 
@@ -38,8 +38,8 @@ TEST(EngineFlush, ANodeWithoutAComponentSendsAndKeepsNothing)
     card.set("v", "0.5");
     ASSERT_EQ(card.tree.pendingNodes().size(), 2U);
     EXPECT_EQ(card.flush(), Calls{});
-    EXPECT_TRUE(card.find("a")->propertyUpdates.empty());
-    EXPECT_TRUE(card.find("a")->animatedUpdates.empty());
+    EXPECT_TRUE(card.find("a")->propertyUpdates().empty());
+    EXPECT_TRUE(card.find("a")->animatedUpdates().empty());
 
     card.attachComponents();
     card.set("v", "0.25");
@@ -55,7 +55,7 @@ TEST(EngineFlush, AnOwedLayoutRunsFirstAndIsPushedOnlyOnceTheRootIsShown)
     card.engine->flush();
     EXPECT_FALSE(card.tree.layoutRequested());
     EXPECT_EQ(YGNodeLayoutGetWidth(card.find("a")->yogaNode), 10.0F);
-    EXPECT_EQ(card.find("a")->layout.width, 0.0);  // root not shown: nothing read
+    EXPECT_EQ(card.find("a")->layout().width, 0.0);  // root not shown: nothing read
 
     card.layout();
     card.attachComponents();
@@ -76,5 +76,5 @@ TEST(EngineFlush, AGoneEngineLeavesBindingsQuiet)
     card.release();
     EXPECT_FALSE(root.markPending());
     root.applyLayout();
-    EXPECT_TRUE(root.propertyUpdates.empty());
+    EXPECT_TRUE(root.propertyUpdates().empty());
 }

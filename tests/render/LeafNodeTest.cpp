@@ -35,14 +35,14 @@ TEST(TextRenderNode, MeasuresThroughTheHostWithItsStyle)
               std::tuple(std::string("Hi"), 24.0, 20.0, 2, 400, 400));
     EXPECT_EQ(asked.width, 750.0);
     EXPECT_EQ(asked.widthMode, YGMeasureModeAtMost);
-    EXPECT_EQ(card.find("t")->layout.width, 120.0);
-    EXPECT_EQ(card.find("t")->layout.height, 30.0);
+    EXPECT_EQ(card.find("t")->layout().width, 120.0);
+    EXPECT_EQ(card.find("t")->layout().height, 30.0);
 
     RenderCard unmeasured(textCard);  // without a host measure the text has no size
     unmeasured.engine->services.measureText = nullptr;
     unmeasured.build();
     unmeasured.layout();
-    EXPECT_EQ(unmeasured.find("t")->layout.width, 0.0);
+    EXPECT_EQ(unmeasured.find("t")->layout().width, 0.0);
 }
 
 TEST(TextRenderNode, TextChangesRemeasureButWeightChangesDoNot)
@@ -101,8 +101,8 @@ TEST(LeafMeasure, AnImageTakesItsHeightFromTheContentAndACustomViewOnlyAFixedSiz
         {"$": 9, "nodeId": "fixed", "width": {"sizeType": 1, "value": 60},
          "height": {"sizeType": 1, "value": 40}}]}})");
     card.start();
-    EXPECT_EQ(std::pair(card.find("free")->layout.width, card.find("free")->layout.height), std::pair(0.0, 0.0));
-    EXPECT_EQ(std::pair(card.find("fixed")->layout.width, card.find("fixed")->layout.height), std::pair(60.0, 40.0));
+    EXPECT_EQ(std::pair(card.find("free")->layout().width, card.find("free")->layout().height), std::pair(0.0, 0.0));
+    EXPECT_EQ(std::pair(card.find("fixed")->layout().width, card.find("fixed")->layout().height), std::pair(60.0, 40.0));
     card.views.contentSizes["img"] = {200.0F, 50.0F};
     card.tree.requestLayout();
     YGNodeMarkDirty(card.find("img")->yogaNode);

@@ -52,9 +52,9 @@ TEST(RenderNodeQueue, NodesEnlistOnceAnEmptyOneNeverAndADestroyedOneLeavesThePen
     RenderCard card(R"({"elements": {"$": 3, "children": [{"$": 0, "isEmpty": true}]}})");
     ViewRenderNode& empty = *RenderCard::childrenOf(card.build()).front();
     empty.queuePropertyUpdate(8, 0.5);
-    EXPECT_TRUE(empty.propertyUpdates.empty());
+    EXPECT_TRUE(empty.propertyUpdates().empty());
     // The root always has a view of its own: it cannot be flattened.
-    EXPECT_FALSE(view(card, R"({"$": 0, "isEmpty": true})").isEmpty);
+    EXPECT_FALSE(view(card, R"({"$": 0, "isEmpty": true})").flattened());
     auto doomed = std::make_unique<ViewRenderNode>(MeroTest::json(R"({"$": 0})"), nullptr, card.tree, nullptr);
     ViewRenderNode kept = view(card, R"({"$": 0})");
     doomed->queuePropertyUpdate(8, 1.0);
@@ -89,7 +89,7 @@ TEST(RenderNodeVisibility, HidingAndShowingTheMiddleChildMovesItsYogaNodeAtItsIn
     }
     card.set("showB", "false");
     EXPECT_EQ(YGNodeGetChildCount(root.yogaNode), 2U);
-    EXPECT_EQ(root.childChanges.size(), 11U);
+    EXPECT_EQ(root.childChanges().size(), 11U);
 }
 
 TEST(RenderNodeVisibility, TheRootQueuesMinusOneAndWhileHiddenChangesOnlyReachTheCache)
@@ -99,9 +99,9 @@ TEST(RenderNodeVisibility, TheRootQueuesMinusOneAndWhileHiddenChangesOnlyReachTh
     ViewRenderNode& node = card.start();
     card.set("shown", "false");
     card.set("alpha", "0.25");
-    EXPECT_TRUE(node.childChanges.empty());
+    EXPECT_TRUE(node.childChanges().empty());
     EXPECT_EQ(card.flush(), Calls{});
-    EXPECT_EQ(node.style.opacity, 0.25);
+    EXPECT_EQ(node.style().opacity, 0.25);
     card.set("shown", "true");
     EXPECT_EQ(card.flush(), Calls{"n children -1:n"});
 }

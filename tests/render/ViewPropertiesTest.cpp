@@ -109,13 +109,13 @@ TEST(ViewStyleProperties, ConstantsFillTheCacheOnlyAndAWrongKindKeepsTheDefault)
     auto node = makeNode(card, R"("backgroundColor": "#FF0000FF", "borderColor": 5, "opacity": "half",
         "cornerRightBottom": {"sizeType": 4, "value": 8}, "backgroundGradient": {"angle": 45,
         "colors": ["#1", "#2", "#3", "#4", "#5", "#6"], "locations": [0, 0.25, 0.5]})");
-    EXPECT_EQ(node->style.backgroundColor, "#FF0000FF");
-    EXPECT_EQ(node->style.borderColor, "#000000FF");
-    EXPECT_EQ(node->style.opacity, 1.0);
-    EXPECT_EQ(node->style.cornerRightBottom, 8.0);
+    EXPECT_EQ(node->style().backgroundColor, "#FF0000FF");
+    EXPECT_EQ(node->style().borderColor, "#000000FF");
+    EXPECT_EQ(node->style().opacity, 1.0);
+    EXPECT_EQ(node->style().cornerRightBottom, 8.0);
     EXPECT_TRUE(card.tree.pendingNodes().empty());
     // The gradient keeps at most five stops; a missing location reads 0.
-    const Mero::Gradient& gradient = node->style.gradient;
+    const Mero::Gradient& gradient = node->style().gradient;
     EXPECT_EQ(gradient.angle, 45.0);
     ASSERT_EQ(gradient.stops.size(), 5U);
     EXPECT_EQ(std::pair(gradient.stops[1].color, gradient.stops[1].location), std::pair(std::string("#2"), 0.25));
@@ -209,9 +209,9 @@ TEST(ViewApplyLayout, SizesWaitForTheRenderSwitchButAreCached)
     RenderCard card(boxCard);
     ViewRenderNode& root = card.build();
     card.layout();
-    EXPECT_EQ(root.layout.width, 100.0);
-    EXPECT_EQ(root.layout.borderRight, 7.0);
-    for (const Mero::PropertyUpdate& update : root.propertyUpdates) {
+    EXPECT_EQ(root.layout().width, 100.0);
+    EXPECT_EQ(root.layout().borderRight, 7.0);
+    for (const Mero::PropertyUpdate& update : root.propertyUpdates()) {
         EXPECT_GT(update.propertyId, 1U);
     }
 }
@@ -231,7 +231,7 @@ TEST(ViewApplyLayout, AllAnimatesSizesButNeverPositionsWhileXDoesOnceTheViewExis
     moved.start();
     moved.set("shift", "4");
     EXPECT_EQ(moved.flush(), Calls{"c animate 2=4@3/40/0"});
-    moved.find("c")->hasView = false;  // no view: never animated, and nothing sent
+    moved.tree.viewsRefused({&moved.root()});  // no view below the root: never animated, nothing sent
     moved.set("shift", "6");
     EXPECT_EQ(moved.flush(), Calls{});
 }
@@ -246,7 +246,7 @@ TEST(ViewApplyLayout, FlattenedContainersAddTheirOffsetAndZeroResultsAreNeverSen
     card.build();
     card.attachComponents();
     card.layout();
-    EXPECT_EQ(card.find("group")->layout.x, 20.0);
-    EXPECT_EQ(card.find("inner")->layout.x, 30.0);
+    EXPECT_EQ(card.find("group")->layout().x, 20.0);
+    EXPECT_EQ(card.find("inner")->layout().x, 30.0);
     EXPECT_EQ(card.flush(), (Calls{"root set 0=750 1=1334", "inner set 0=4 1=4 2=30 3=5"}));
 }

@@ -68,7 +68,7 @@ public:
         }
         // Hiding the root queues nothing: the host keeps the view it was
         // given, and what the root itself shows no longer matters.
-        return compare(*makeView(Mero::RenderTree::describeViews(*root)), *root_, "root", !root->visible);
+        return compare(*makeView(Mero::RenderTree::describeViews(*root)), *root_, "root", !root->visible());
     }
 
     const std::shared_ptr<MirrorView>& root() const { return root_; }
