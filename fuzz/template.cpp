@@ -39,7 +39,7 @@ void runTemplate(const char* text, size_t size)
     installQuietHooks(*engine);
     engine->loadTemplate(text, size);
     std::vector<std::string> names;
-    for (const auto& entry : engine->eventTable) {
+    for (const auto& entry : engine->eventTable()) {
         names.push_back(entry.first);
     }
     for (const std::string& name : names) {

@@ -11,7 +11,7 @@
 
 #include "bridge/AndroidBuf.h"
 #include "bridge/BridgeLog.h"
-#include "bridge/HostServices.h"
+#include "bridge/JniServices.h"
 #include "bridge/JniSupport.h"
 #include "bridge/JniHost.h"
 #include "bridge/NativeBoundary.h"
@@ -69,7 +69,7 @@ void initMREngine(JNIEnv* env, jobject self, jint handle, jboolean log, jboolean
         }
         auto instance = std::make_unique<MeroInstance>();
         instance->bindHost(std::make_unique<JniHost>(env, env->NewGlobalRef(self)));
-        installRuntimeServices(*instance);
+        installJniServices(*instance);
         registerInstance(handle, std::move(instance));
     });
 }

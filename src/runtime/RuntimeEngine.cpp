@@ -16,15 +16,15 @@ RuntimeEngine::~RuntimeEngine()
     // A callback keeps its defining scope alive, so one stored in that very
     // scope (a handler's local holding a callback made there) is a cycle.
     // Nothing can dispatch these handlers any more: empty their scopes.
-    for (auto& entry : eventTable) {
+    for (auto& entry : eventTable_) {
         entry.second->scope->clear();
     }
 }
 
 Value RuntimeEngine::invokeFunction(const std::string& name, ArgList&& args)
 {
-    auto found = functionTable.find(name);
-    if (found == functionTable.end()) {
+    auto found = functionTable_.find(name);
+    if (found == functionTable_.end()) {
         return Value();
     }
     return found->second->invoke(std::move(args), weak_from_this());
@@ -32,18 +32,23 @@ Value RuntimeEngine::invokeFunction(const std::string& name, ArgList&& args)
 
 bool RuntimeEngine::registerFunction(std::string name, MRFunctionPtr function)
 {
-    return functionTable.try_emplace(std::move(name), std::move(function)).second;
+    return functionTable_.try_emplace(std::move(name), std::move(function)).second;
+}
+
+bool RuntimeEngine::removeEvent(const std::string& name)
+{
+    return eventTable_.erase(name) > 0;
 }
 
 bool RuntimeEngine::registerEvent(std::string name, EventHandlerPtr handler)
 {
-    return eventTable.try_emplace(std::move(name), std::move(handler)).second;
+    return eventTable_.try_emplace(std::move(name), std::move(handler)).second;
 }
 
 void RuntimeEngine::dispatchEvent(const std::string& name, const Value& payload, const ObjectPtr& extra)
 {
-    auto found = eventTable.find(name);
-    if (found == eventTable.end()) {
+    auto found = eventTable_.find(name);
+    if (found == eventTable_.end()) {
         return;
     }
     // Keep the engine alive for the whole dispatch, and the handler too: a
@@ -64,7 +69,7 @@ void RuntimeEngine::flush()
 
 void RuntimeEngine::addObserver(const std::string& name, ObserverPtr callback)
 {
-    std::shared_ptr<ObserverList>& list = observers[name];
+    std::shared_ptr<ObserverList>& list = observers_[name];
     if (!list) {
         list = std::make_shared<ObserverList>();
     }
@@ -73,8 +78,8 @@ void RuntimeEngine::addObserver(const std::string& name, ObserverPtr callback)
 
 void RuntimeEngine::notifyObservers(const std::string& name)
 {
-    auto found = observers.find(name);
-    if (found == observers.end()) {
+    auto found = observers_.find(name);
+    if (found == observers_.end()) {
         return;
     }
     // Hold the list: a callback may bind new properties under this name.

@@ -58,6 +58,18 @@ public:
     // the name is already taken.
     bool registerFunction(std::string name, MRFunctionPtr function);
     bool registerEvent(std::string name, EventHandlerPtr handler);
+    // Removes the handler of `name`, whichever kind it is; false when there
+    // is none.
+    bool removeEvent(const std::string& name);
+
+    using FunctionTable = std::unordered_map<std::string, MRFunctionPtr>;
+    using EventTable = std::unordered_map<std::string, EventHandlerPtr>;
+    using ObserverTable = std::unordered_map<std::string, std::shared_ptr<ObserverList>>;
+    // Custom functions first, then the built-ins.
+    const FunctionTable& functionTable() const { return functionTable_; }
+    const EventTable& eventTable() const { return eventTable_; }
+    // The re-evaluation callbacks registered per UI-variable name.
+    const ObserverTable& observers() const { return observers_; }
 
     // Runs the handler registered under `name`, if any. `extra` (may be null)
     // is an outer scope whose members are copied in where the handler's scope
@@ -113,9 +125,6 @@ public:
     ObjectPtr data;             // set by the host's data, never null; "$root" reads it whole
     Value elements;             // the template's element tree, unread here
 
-    std::unordered_map<std::string, MRFunctionPtr> functionTable;
-    std::unordered_map<std::string, EventHandlerPtr> eventTable;
-    std::unordered_map<std::string, std::shared_ptr<ObserverList>> observers;
 
     RuntimeServices services;
     // Video-time points collected by script until it starts them; null until
@@ -123,6 +132,9 @@ public:
     VideoTimerListPtr pendingVideoTimers;
 
 private:
+    FunctionTable functionTable_;
+    EventTable eventTable_;
+    ObserverTable observers_;
     std::function<void()> flushHook_;
 };
 

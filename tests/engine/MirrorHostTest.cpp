@@ -31,8 +31,9 @@ protected:
     void run(const std::string& statements)
     {
         const Mero::Value handler = Mero::JsonParser::read(R"({"b":)" + statements + "}");
-        instance.runtime().eventTable["do"] =
-            std::make_shared<Mero::EventHandler>("do", "", Mero::buildStatementList(handler, "b"));
+        instance.runtime().removeEvent("do");
+        instance.runtime().registerEvent("do", std::make_shared<Mero::EventHandler>(
+                                                   "do", "", Mero::buildStatementList(handler, "b")));
         instance.sendEvent("do", "{}");
     }
 

@@ -142,7 +142,7 @@ TEST(DispatchEvent, BindsThePayloadOverACopyOfTheOuterScope)
     EXPECT_EQ(canonicalJson(Value(extra)), R"({"outer":1,"p":"loser"})");
 
     // The handler's scope is cleared before every dispatch.
-    card.engine->eventTable.at("e")->scope->emplace("stale", Value(1));
+    card.engine->eventTable().at("e")->scope->emplace("stale", Value(1));
     card.send("e", Value(2));
     EXPECT_EQ(canonicalJson(card.ui("got")), R"([2,null,null])");
     card.send("unknown");
@@ -163,7 +163,7 @@ TEST(DispatchEvent, CallbackHandlersGetThePayloadAndHandlersMayRemoveThemselves)
 
     card.send("once");
     EXPECT_EQ(card.global("after").number(), 1);
-    EXPECT_FALSE(card.engine->eventTable.contains("once"));
+    EXPECT_FALSE(card.engine->eventTable().contains("once"));
 }
 
 // Only reads of UI variables register; literals and spreads evaluate them
@@ -261,7 +261,7 @@ TEST(Binding, AGoneEngineGivesTheDefaultOnceAndAReleasedOneIsNeverCalledBack)
 
     auto card = std::make_unique<TemplateHarness>(R"({"variables": {"v": 1}})");
     bindValue(*card, R"({"$": 3, "n": "v"})", seen);
-    ObserverPtr observer = card->engine->observers.at("v")->front();
+    ObserverPtr observer = card->engine->observers().at("v")->front();
     card->release();
     (*observer)();
     EXPECT_EQ(seen.back(), "1");
@@ -313,7 +313,7 @@ TEST(Lifetime, CallbacksKeptInTheirOwnScopeAreReleasedWithTheEngine)
         "events": [{"n": "e", "a": [], "b": [{"$": 2, "n": "self", "value": {"$": 14, "a": [], "b": []}}]}]})");
     card->send("e");
     card->call("keep");
-    std::weak_ptr<ScopeMap> handlerScope = card->engine->eventTable.at("e")->scope;
+    std::weak_ptr<ScopeMap> handlerScope = card->engine->eventTable().at("e")->scope;
     card->release();
     EXPECT_TRUE(handlerScope.expired());
 }

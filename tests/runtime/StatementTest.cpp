@@ -203,7 +203,7 @@ TEST(Assignments, StoreIntoTheirTablesAndOnlyUiWritesAreObservedOrNeedNoEngine)
     EXPECT_EQ(canonicalJson(card.local("l")), "[1]");
     EXPECT_EQ(card.ui("u").number(), 2);
     EXPECT_EQ(card.global("g").number(), 3);
-    EXPECT_FALSE(card.engine->observers.contains("g"));
+    EXPECT_FALSE(card.engine->observers().contains("g"));
 
     // With the engine gone, UI and global writes do not even evaluate.
     Value statements = json(R"({"b": [{"$": 4, "n": "x", "value": {"$": 5, "n": "tick", "a": [1]}},

@@ -39,9 +39,9 @@ TEST(TemplateLoader, TopLevelMembersFillTheTablesAfterWhichTheBuiltinsAreAdded)
     EXPECT_EQ(card.engine->uiVariables, table);
     EXPECT_EQ(canonicalJson(Value(table)), R"({"a":1,"b":2})");
     std::string keys = "kpistlGxyzAB01248uvCDgFhon7m6fed9rEj5cba3qw";
-    EXPECT_EQ(card.engine->functionTable.size(), keys.size());
+    EXPECT_EQ(card.engine->functionTable().size(), keys.size());
     for (char key : keys) {
-        EXPECT_TRUE(card.engine->functionTable.contains(std::string(1, key))) << key;
+        EXPECT_TRUE(card.engine->functionTable().contains(std::string(1, key))) << key;
     }
 }
 
@@ -84,7 +84,7 @@ TEST(TemplateLoader, OnlyAOneElementListNamesTheEventPayload)
     TemplateHarness card(R"({"events": [{"n": "one", "a": ["p"], "b": []}, {"n": "two", "a": ["p", "q"], "b": []},
         {"n": "none", "b": []}, {"n": "number", "a": [5], "b": []}]})");
     for (const char* name : {"one", "two", "none", "number"}) {
-        EXPECT_EQ(card.engine->eventTable.at(name)->parameterName, name == std::string("one") ? "p" : "") << name;
+        EXPECT_EQ(card.engine->eventTable().at(name)->parameterName, name == std::string("one") ? "p" : "") << name;
     }
 }
 

@@ -121,7 +121,7 @@ void registerBuiltinFunctions(RuntimeEngine& engine)
     // A key that the template's own functions already took stays theirs: the
     // built-in of that key is then unreachable, on purpose.
     for (const BuiltinInfo& info : kBuiltins) {
-        if (!engine.functionTable.contains(std::string(info.key))) {
+        if (!engine.functionTable().contains(std::string(info.key))) {
             engine.registerFunction(std::string(info.key), std::make_unique<BuiltinFunction>(info));
         }
     }

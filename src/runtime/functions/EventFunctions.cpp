@@ -23,7 +23,7 @@ Value onEvent(ArgList& args, const EngineRef& engine)
     // Never replaces: a name that is already handled, by the template or by
     // an earlier registration, keeps its handler.
     std::string name = takeString(args[0]);
-    if (!runtime->eventTable.contains(name)) {
+    if (!runtime->eventTable().contains(name)) {
         auto handler = std::make_shared<EventHandler>(name, std::move(callback));
         runtime->registerEvent(std::move(name), std::move(handler));
     }
@@ -33,7 +33,7 @@ Value onEvent(ArgList& args, const EngineRef& engine)
 Value removeEvent(ArgList& args, const EngineRef& engine)
 {
     if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
-        runtime->eventTable.erase(args[0].string());
+        runtime->removeEvent(args[0].string());
     }
     return Value();
 }

@@ -132,7 +132,7 @@ TEST(OnEvent, registersACallbackButNeverReplacesAHandlerUntilItIsRemoved)
 
     card.call("B", {Value("other")});  // an absent name changes nothing
     card.call("B", {Value("tap")});
-    EXPECT_TRUE(card.engine->eventTable.empty());
+    EXPECT_TRUE(card.engine->eventTable().empty());
     card.call("A", {Value("tap"), callback.value()});
     RecordingCallback later;
     card.call("A", {Value("tap"), later.value()});  // an earlier registration wins too

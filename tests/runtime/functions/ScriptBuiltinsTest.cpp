@@ -19,15 +19,15 @@ TEST(BuiltinRegistry, aTemplateFunctionKeepsTheKeyItTookAndRegisteringAgainRepla
 {
     TemplateHarness card(R"({"functions": [{"n": "m", "a": ["x"], "b": [{"$": 11, "returnValue": "mine"}]}]})");
     // 43 keys in all: the template's "m" took the place of ToString.
-    EXPECT_EQ(card.engine->functionTable.size(), 43u);
-    EXPECT_EQ(typeid(*card.engine->functionTable.at("m")), typeid(CustomFunction));
+    EXPECT_EQ(card.engine->functionTable().size(), 43u);
+    EXPECT_EQ(typeid(*card.engine->functionTable().at("m")), typeid(CustomFunction));
     EXPECT_EQ(card.call("m", {Value(true)}).string(), "mine");
     EXPECT_EQ(card.call("7", {Value("abc")}).number(), 3);
 
-    const MRFunction* before = card.engine->functionTable.at("k").get();
+    const MRFunction* before = card.engine->functionTable().at("k").get();
     registerBuiltinFunctions(*card.engine);
-    EXPECT_EQ(card.engine->functionTable.size(), 43u);
-    EXPECT_EQ(card.engine->functionTable.at("k").get(), before);
+    EXPECT_EQ(card.engine->functionTable().size(), 43u);
+    EXPECT_EQ(card.engine->functionTable().at("k").get(), before);
 }
 
 TEST(ScriptBuiltins, pushAndJsonSetChangeTheEnginesOwnVariablesAndDataInPlace)
@@ -48,7 +48,7 @@ TEST(ScriptBuiltins, aHandlerMayRemoveItsOwnEventWhileItRuns)
     DebugModeScope quiet(false);
     card.send("once");
     EXPECT_TRUE(card.ui("ran").boolean());
-    EXPECT_FALSE(card.engine->eventTable.contains("once"));
+    EXPECT_FALSE(card.engine->eventTable().contains("once"));
 }
 
 TEST(ScriptBuiltins, aMisuseInsideAHandlerIsThrownOutOfTheDispatch)

@@ -1,4 +1,4 @@
-#include "bridge/HostServices.h"
+#include "bridge/JniServices.h"
 
 #include <cmath>
 #include <limits>
@@ -182,7 +182,7 @@ void callBridge(const MeroInstance& instance, const std::string& name, const Val
 
 }  // namespace
 
-void installRuntimeServices(MeroInstance& instance)
+void installJniServices(MeroInstance& instance)
 {
     RuntimeServices& services = instance.runtime().services;
     MeroInstance* owner = &instance;
