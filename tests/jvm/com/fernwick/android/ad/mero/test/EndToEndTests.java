@@ -77,6 +77,20 @@ public final class EndToEndTests {
         }, "callJSB getUser {\"id\":7}", "update answer 203=S{\"name\":\"Ann\"}",
                 "callJSBWithKeyPath getData {\"id\":7} \"user.age\"", "update answer 203=F5.0");
         calls("the script log reaches sendALog", Templates.CARD, c -> c.event("log"), "sendALog from script");
+        calls("a host method that throws ends the flush there; the caller gets the exception; the card goes on",
+                Templates.CARD, c -> {
+                    c.throwingId = "badge";
+                    Throwable thrown = null;
+                    try {
+                        c.event("showBadge");
+                    } catch (IllegalStateException error) {
+                        thrown = error;
+                    }
+                    equal("host refused badge", thrown == null ? null : thrown.getMessage(), "the host's exception");
+                    c.throwingId = null;
+                    c.click("title");
+                }, "update logo 2=F160.0", "update answer 2=F260.0", "createComponent 0 badge",
+                "update title 203=STapped");
         calls("a swiper page change dispatches the swiper's event; not on other nodes", Templates.EVERY_KIND,
                 c -> { c.sendSwiperEvent(c.handle, "swiper", 1); c.sendSwiperEvent(c.handle, "view", 1); },
                 "update pageInfo 203=S{\"detail\":{\"current\":1}}");

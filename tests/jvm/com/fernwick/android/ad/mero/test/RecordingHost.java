@@ -52,6 +52,8 @@ public class RecordingHost extends MeroNative {
 
     // What the host answers, and how start() sets the card up.
     final Set<String> refusedIds = new HashSet<>();
+    /** createComponent throws for this id, after recording the call. */
+    String throwingId;
     float[] textSize = {120f, 30f};
     float[] contentSize = {200f, 50f};
     /** Key-path bridge methods answered at once, inside the call: method to result JSON. */
@@ -111,6 +113,9 @@ public class RecordingHost extends MeroNative {
         String id = strings[0];
         created.put(id, new Created(ints.clone(), floats.clone(), strings.clone(), booleans.clone(), copy));
         record(calls, "createComponent", type, id);
+        if (id.equals(throwingId)) {
+            throw new IllegalStateException("host refused " + id);
+        }
         views.put(id, refusedIds.contains(id) ? null : new View(id));
         return views.get(id);
     }
