@@ -177,8 +177,6 @@ void printSlots(const Mero::ViewRenderNode& node)
     }
 }
 
-class DumpComponent;
-
 // What the host bridge does to make a node's view and its subtree's, with
 // each createComponent printed instead of sent.
 void createComponent(Mero::ViewRenderNode& node);
