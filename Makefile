@@ -6,12 +6,14 @@ JOBS        ?= 2
 BUILD       ?= build
 ASAN_BUILD  ?= build-asan
 FUZZ_BUILD  ?= build-fuzz
+ARM64_BUILD ?= build-arm64
+ARMHF_BUILD ?= build-armhf
 FUZZ_SECONDS ?= 60
 DEMO_OUT    ?= out
 CMAKE_ARGS  ?=
 GENERATOR   := $(if $(shell command -v ninja 2>/dev/null),-G Ninja,)
 
-.PHONY: all deps build demo preview goldens test test-unit test-asan bench fuzz format lint clean
+.PHONY: all deps deps-arm build demo preview goldens test test-unit test-asan test-arm bench fuzz format lint clean
 
 all: build
 
@@ -19,11 +21,23 @@ all: build
 deps:
 	@bash tools/install-deps.sh
 
+# The above, and the ARM cross compilers, qemu-user and GoogleTest's sources.
+deps-arm:
+	@bash tools/install-deps.sh arm
+
 $(BUILD)/CMakeCache.txt: | deps
 	cmake -S . -B $(BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo $(CMAKE_ARGS)
 
 $(ASAN_BUILD)/CMakeCache.txt: | deps
 	cmake -S . -B $(ASAN_BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DMERO_SANITIZE=ON $(CMAKE_ARGS)
+
+$(ARM64_BUILD)/CMakeCache.txt: | deps-arm
+	cmake -S . -B $(ARM64_BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DCMAKE_TOOLCHAIN_FILE=$(CURDIR)/cmake/aarch64-linux-gnu.cmake $(CMAKE_ARGS)
+
+$(ARMHF_BUILD)/CMakeCache.txt: | deps-arm
+	cmake -S . -B $(ARMHF_BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DCMAKE_TOOLCHAIN_FILE=$(CURDIR)/cmake/arm-linux-gnueabihf.cmake $(CMAKE_ARGS)
 
 $(FUZZ_BUILD)/CMakeCache.txt:
 	cmake -S . -B $(FUZZ_BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo \
@@ -61,6 +75,25 @@ test-asan: $(ASAN_BUILD)/CMakeCache.txt
 	ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
 	  ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS)
 
+# Cross-builds Yoga, the library and the C++ tests for 64-bit ARM (arm64-v8a)
+# and 32-bit ARM (armeabi-v7a), runs the tests under qemu-user, and fails when
+# the card dump (tests/parity) of either differs from the desktop's.
+test-arm: deps-arm $(BUILD)/CMakeCache.txt $(ARM64_BUILD)/CMakeCache.txt $(ARMHF_BUILD)/CMakeCache.txt
+	cmake --build $(BUILD) --target mero_card_dump -j $(JOBS)
+	$(BUILD)/tests/mero_card_dump . $(BUILD)/card-dump.txt
+	@for build in $(ARM64_BUILD) $(ARMHF_BUILD); do \
+	  echo "== $$build"; \
+	  cmake --build $$build -j $(JOBS) && ctest --test-dir $$build --output-on-failure -j $(JOBS) || exit 1; \
+	done
+	@for build in $(ARM64_BUILD) $(ARMHF_BUILD); do \
+	  if cmp -s $(BUILD)/card-dump.txt $$build/card-dump.txt; then \
+	    echo "card dump: $$build/card-dump.txt is the same as $(BUILD)/card-dump.txt"; \
+	  else \
+	    echo "card dump: $$build/card-dump.txt differs from $(BUILD)/card-dump.txt:"; \
+	    diff -u $(BUILD)/card-dump.txt $$build/card-dump.txt | head -80; exit 1; \
+	  fi; \
+	done
+
 bench: build
 	$(BUILD)/bench/mero_bench
 
@@ -80,4 +113,4 @@ lint: build
 	git ls-files 'src/*.cpp' | xargs clang-tidy -p $(BUILD) --quiet
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) $(DEMO_OUT)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) $(ARM64_BUILD) $(ARMHF_BUILD) $(DEMO_OUT)

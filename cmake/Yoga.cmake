@@ -40,7 +40,9 @@ set(_yoga_abi "${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}-${CMAKE_CXX_COMPIL
 if(ANDROID_ABI)
   set(_yoga_abi "${_yoga_abi}-${ANDROID_ABI}-${ANDROID_PLATFORM}")
 endif()
-set(YOGA_PREFIX "${YOGA_CACHE}/lib-${_yoga_abi}")
+# "nofma": built without fused multiply-add (cmake/yoga/CMakeLists.txt);
+# libraries built before that are not reused.
+set(YOGA_PREFIX "${YOGA_CACHE}/lib-${_yoga_abi}-nofma")
 set(YOGA_LIBRARY "${YOGA_PREFIX}/lib/libyogacore.a")
 
 if(NOT EXISTS "${YOGA_LIBRARY}")

@@ -3,6 +3,7 @@
 #include <yoga/Yoga.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <utility>
 
@@ -253,16 +254,20 @@ void MeroInstance::clearVideoTimerJobs()
     videoTimerJobs_.clear();
 }
 
+// The id is the reply's address as an unsigned number: on 32-bit processors
+// it is widened without a sign, so an address above 2 GiB is still a
+// positive id, and it comes back unchanged.
 BridgeCallbackId MeroInstance::holdReply(BridgeReply reply)
 {
-    return reinterpret_cast<BridgeCallbackId>(new BridgeReply(std::move(reply)));
+    const auto address = reinterpret_cast<std::uintptr_t>(new BridgeReply(std::move(reply)));
+    return static_cast<BridgeCallbackId>(address);
 }
 
 void MeroInstance::handleResult(std::string_view result, BridgeCallbackId callbackId)
 {
     // Owned from here: freed once answered, also when the answer throws.
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the id is the reply's address, by contract
-    std::unique_ptr<BridgeReply> reply(reinterpret_cast<BridgeReply*>(callbackId));
+    std::unique_ptr<BridgeReply> reply(reinterpret_cast<BridgeReply*>(static_cast<std::uintptr_t>(callbackId)));
     Value value = JsonParser::read(result);
     (*reply)(std::move(value));
 }
@@ -270,7 +275,7 @@ void MeroInstance::handleResult(std::string_view result, BridgeCallbackId callba
 void MeroInstance::handleKeyPathResult(std::string_view result, BridgeCallbackId callbackId)
 {
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the id is the reply's address, by contract
-    std::unique_ptr<BridgeReply> reply(reinterpret_cast<BridgeReply*>(callbackId));
+    std::unique_ptr<BridgeReply> reply(reinterpret_cast<BridgeReply*>(static_cast<std::uintptr_t>(callbackId)));
     const Value value = JsonParser::read(result);
     const ValueObject& members = value.object();
     auto data = members.find("data");

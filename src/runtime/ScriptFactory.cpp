@@ -91,7 +91,7 @@ std::vector<StatementList> branchLists(const Value& node)
 
 RuntimeObjectPtr createJson(const Value& node)
 {
-    std::unordered_map<std::string, RuntimeObjectPtr> members;
+    MemberMap<RuntimeObjectPtr> members;
     members.reserve(node.object().size());
     for (const auto& [key, value] : node.object()) {
         members.emplace(key, createRuntimeObject(value));

@@ -22,8 +22,28 @@ namespace Mero {
 
 class Value;
 
+// The hash of object member names (and of the other string-keyed maps whose
+// order shows). An object's members come in its map's order, which follows
+// the hash; std::hash gives other numbers on 32-bit processors than on 64-bit
+// ones, so the same object would be written as other JSON text on a 32-bit
+// ARM phone. 32-bit FNV-1a over the bytes, taken unsigned whatever the
+// signedness of char, is the same number everywhere.
+struct MemberNameHash {
+    std::size_t operator()(std::string_view name) const noexcept
+    {
+        uint32_t hash = 2166136261U;
+        for (const char byte : name) {
+            hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619U;
+        }
+        return hash;
+    }
+};
+
+template <typename Mapped>
+using MemberMap = std::unordered_map<std::string, Mapped, MemberNameHash>;
+
 using ValueArray = std::vector<Value>;
-using ValueObject = std::unordered_map<std::string, Value>;
+using ValueObject = MemberMap<Value>;
 using ValueCallback = std::function<Value(std::vector<Value>&&)>;
 using ArrayPtr = std::shared_ptr<ValueArray>;
 using ObjectPtr = std::shared_ptr<ValueObject>;

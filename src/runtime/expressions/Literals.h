@@ -6,7 +6,6 @@
 #pragma once
 
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "runtime/RuntimeObject.h"
@@ -26,12 +25,12 @@ private:
 // An object literal: every member is an expression.
 class RuntimeJson final : public RuntimeObject {
 public:
-    explicit RuntimeJson(std::unordered_map<std::string, RuntimeObjectPtr> members) : members_(std::move(members)) {}
+    explicit RuntimeJson(MemberMap<RuntimeObjectPtr> members) : members_(std::move(members)) {}
     Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
     bool isDynamic() override;
 
 private:
-    std::unordered_map<std::string, RuntimeObjectPtr> members_;
+    MemberMap<RuntimeObjectPtr> members_;
 };
 
 // An array literal.
