@@ -78,12 +78,20 @@ void FlexRenderNode::insertShownChildren()
     }
 }
 
-void FlexRenderNode::applyLayout()
+void FlexRenderNode::applyLayout(bool parentMoved)
 {
-    ViewRenderNode::applyLayout();
+    const bool laidOutAnew = YGNodeGetHasNewLayout(yogaNode);
+    const double oldX = layout().x;
+    const double oldY = layout().y;
+    ViewRenderNode::applyLayout(parentMoved);
+    // A flattened container's offset is in its children's frames.
+    const bool moved = flattened() && (layout().x != oldX || layout().y != oldY);
+    if (!laidOutAnew && !moved) {
+        return;  // Yoga did not visit the children: nothing of theirs changed
+    }
     for (const RenderNodePtr& child : children) {
         if (child->visible()) {
-            child->applyLayout();
+            child->applyLayout(moved);
         }
     }
 }

@@ -12,7 +12,7 @@ public:
 
     void createChildren() override;
     // Its own frame first, then every shown child's, in child order.
-    void applyLayout() override;
+    void applyLayout(bool parentMoved = false) override;
     // Queues the child's index among shown siblings and moves its Yoga node
     // in or out of this node's Yoga children.
     void onChildVisibleChanged(ViewRenderNode* child) override;

@@ -9,6 +9,11 @@ namespace Mero {
 
 namespace {
 
+bool isPoints(YGValue size)
+{
+    return size.unit == YGUnitPoint;
+}
+
 bool isHostValue(PropertyInput input)
 {
     return input == PropertyInput::Text || input == PropertyInput::Number || input == PropertyInput::Bool ||
@@ -16,6 +21,14 @@ bool isHostValue(PropertyInput input)
 }
 
 }  // namespace
+
+bool ViewRenderNode::contentSizesNode() const
+{
+    // A node given its width and height in points is never measured: Yoga
+    // takes those sizes as they are, so its content cannot move anything.
+    return YGNodeHasMeasureFunc(yogaNode) &&
+           !(isPoints(YGNodeStyleGetWidth(yogaNode)) && isPoints(YGNodeStyleGetHeight(yogaNode)));
+}
 
 void ViewRenderNode::bindKindProperties(const Value& element)
 {
@@ -45,7 +58,7 @@ void ViewRenderNode::bindKindProperties(const Value& element)
             if (initial) {
                 return;
             }
-            if (row.has(Remeasure) && YGNodeHasMeasureFunc(yogaNode)) {
+            if (row.has(Remeasure) && contentSizesNode()) {
                 YGNodeMarkDirty(yogaNode);
                 requestLayout();
             }

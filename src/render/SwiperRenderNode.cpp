@@ -79,14 +79,24 @@ void SwiperRenderNode::layOutPages(float width, float height)
     pagesLaidOutAt_ = YGSize{width, height};
 }
 
-void SwiperRenderNode::applyLayout()
+void SwiperRenderNode::applyLayout(bool parentMoved)
 {
     const float width = YGNodeLayoutGetWidth(pageYogaNode);
     const float height = YGNodeLayoutGetHeight(pageYogaNode);
     if (!sameLength(width, pagesLaidOutAt_.width) || !sameLength(height, pagesLaidOutAt_.height)) {
         layOutPages(width, height);
     }
-    ForRenderNode::applyLayout();
+    // Each page is a Yoga root of its own, laid out when the page area is
+    // measured: every page says for itself whether it was.
+    const double oldX = layout().x;
+    const double oldY = layout().y;
+    ViewRenderNode::applyLayout(parentMoved);
+    const bool moved = flattened() && (layout().x != oldX || layout().y != oldY);
+    for (const RenderNodePtr& page : children) {
+        if (page->visible()) {
+            page->applyLayout(moved);
+        }
+    }
 }
 
 void SwiperRenderNode::onChildVisibleChanged(ViewRenderNode* child)

@@ -20,7 +20,7 @@ public:
     void createChildren() override;
     // Lays the pages out again first when the page area's size is not the
     // one they were laid out at.
-    void applyLayout() override;
+    void applyLayout(bool parentMoved = false) override;
     // Pages are Yoga roots of their own: a shown or hidden page is reported
     // to the host but never enters the swiper's Yoga tree.
     void onChildVisibleChanged(ViewRenderNode* child) override;

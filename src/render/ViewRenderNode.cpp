@@ -223,7 +223,15 @@ std::optional<HostNodeList> ViewRenderNode::collectHostNodes()
     return HostNodeList{this};
 }
 
-void ViewRenderNode::applyLayout()
+void ViewRenderNode::applyLayout(bool parentMoved)
+{
+    if (YGNodeGetHasNewLayout(yogaNode) || parentMoved) {
+        readLayout();
+    }
+    YGNodeSetHasNewLayout(yogaNode, false);
+}
+
+void ViewRenderNode::readLayout()
 {
     applyFrameSize(YGNodeLayoutGetWidth(yogaNode), layout_.width, Property::Width);
     applyFrameSize(YGNodeLayoutGetHeight(yogaNode), layout_.height, Property::Height);

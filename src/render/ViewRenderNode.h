@@ -98,8 +98,12 @@ public:
 
     // Builds the child nodes from the element's "children"; leaves build none.
     virtual void createChildren() {}
-    // Reads Yoga's results and queues what changed for the host.
-    virtual void applyLayout();
+    // Reads Yoga's results and queues what changed for the host: only from
+    // the nodes Yoga laid out anew in its last pass (it visits a node's
+    // children only when it lays the node out, and the frames of the nodes it
+    // does not visit stay on the pixel grid as they were). `parentMoved`: a
+    // flattened parent moved, which moves this node's frame too.
+    virtual void applyLayout(bool parentMoved = false);
     virtual bool isContainer() const { return false; }
     // Absent when the node is hidden; the node itself when it has a view of
     // its own; a flattened container hands up its children's lists instead.
@@ -191,6 +195,11 @@ protected:
     // A bound change that affects layout: the next flush lays out again.
     void requestLayout() const;
 
+    // Whether the node's size follows its content (it has a measure
+    // function and no fixed size): only then does a content change owe a
+    // layout.
+    bool contentSizesNode() const;
+
     RenderTree& tree() const { return tree_; }
 
     // The properties every node has, in their binding order.
@@ -206,6 +215,7 @@ private:
     std::shared_ptr<std::function<void(Arg)>> guardedSetter(Apply apply);
 
     void readTransitions(const Value& element);
+    void readLayout();
     void bindStyleProperty(const Value& properties, const PropertyInfo& row);
     void queueLayoutValue(uint32_t propertyId, double value, const Transition* transition);
     void applyFrameSize(double value, double& cached, Property property);
