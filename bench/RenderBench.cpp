@@ -43,13 +43,17 @@ constexpr const char* rowTemplate = R"({"$": 3, "nodeId": "row", "flexDirection"
 constexpr int nodesPerRow = 5;
 
 // A card of 1 + 5 × rows nodes; the first row's title is bound to the UI
-// variable "title", the others are constants.
-std::string cardTemplate(int rows)
+// variable "title", the others are constants. A fixed title is 240 by 32:
+// changing it can move no frame.
+std::string cardTemplate(int rows, bool fixedTitle = false)
 {
     std::string children;
     for (int i = 0; i < rows; ++i) {
         std::string row = rowTemplate;
-        const std::string title = i == 0 ? R"({"$": 3, "n": "title"})" : R"("App )" + std::to_string(i) + "\"";
+        std::string title = i == 0 ? R"({"$": 3, "n": "title"})" : R"("App )" + std::to_string(i) + "\"";
+        if (i == 0 && fixedTitle) {
+            title += R"(, "width": {"sizeType": 1, "value": 240}, "height": {"sizeType": 1, "value": 32})";
+        }
         row.replace(row.find("TITLE"), 5, title);
         children += (i == 0 ? "" : ",") + row;
     }
@@ -69,11 +73,11 @@ std::pair<double, double> fakeMeasure(const Mero::TextContent& content)
     return {std::min(content.width, 14.0 * static_cast<double>(content.text->size())), 40.0};
 }
 
-std::shared_ptr<Mero::RuntimeEngine> cardEngine(int rows)
+std::shared_ptr<Mero::RuntimeEngine> cardEngine(int rows, bool fixedTitle = false)
 {
     Mero::debugMode = false;
     auto engine = std::make_shared<Mero::RuntimeEngine>();
-    engine->loadTemplate(cardTemplate(rows));
+    engine->loadTemplate(cardTemplate(rows, fixedTitle));
     engine->services.measureText = fakeMeasure;
     engine->screenScale = 1080.0 / 750.0;
     engine->widthMode = 1;
@@ -210,11 +214,13 @@ public:
     Mero::ContentSize contentSize(const std::string& /*viewId*/) override { return {}; }
 };
 
-// SetVariable on the variable one title is bound to, through the
-// re-measure, the owed layout and the push, to the end of flush.
-void BM_RenderTextUpdate(benchmark::State& state)
+// SetVariable on the variable one title is bound to, to the end of flush:
+// the title alternates between a short and a long text. With a fixed size
+// (TextUpdate) no frame can move; sized by its content (TextResize) the title
+// is measured again, the card laid out again and the new width sent.
+void runTitleChanges(benchmark::State& state, bool fixedTitle)
 {
-    auto engine = cardEngine(rowsFor(state.range(0)));
+    auto engine = cardEngine(rowsFor(state.range(0)), fixedTitle);
     SilentViews views;
     Mero::RenderTree tree(engine);
     tree.setViewHost(&views);
@@ -237,6 +243,17 @@ void BM_RenderTextUpdate(benchmark::State& state)
     }
 }
 
+void BM_RenderTextUpdate(benchmark::State& state)
+{
+    runTitleChanges(state, true);
+}
+
+void BM_RenderTextResize(benchmark::State& state)
+{
+    runTitleChanges(state, false);
+}
+
 BENCHMARK(BM_RenderTextUpdate)->Arg(21)->Arg(101)->Arg(501);
+BENCHMARK(BM_RenderTextResize)->Arg(21)->Arg(101)->Arg(501);
 
 }  // namespace
