@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "BenchData.h"
 #include "runtime/RuntimeEngine.h"
@@ -54,9 +55,10 @@ void BM_EventSetVariable(benchmark::State& state)
         {"$": 4, "n": "v", "value": {"$": 1, "n": "p"}}]}]})");
     double seen = 0;
     auto setter = std::make_shared<Mero::DoubleSetter>([&seen](double value) { seen += value; });
+    std::vector<Mero::ObserverPtr> bindings;
     for (int i = 0; i < 2; ++i) {
         Mero::Value read = Mero::JsonParser::read(R"({"e": {"$": 3, "n": "v"}})").object()["e"];
-        Mero::RuntimeEngine::getTypeData(nullptr, Mero::createRuntimeObject(read), engine, setter, 0.0);
+        bindings.push_back(Mero::RuntimeEngine::getTypeData(nullptr, Mero::createRuntimeObject(read), engine, setter, 0.0));
     }
     const std::string name = "set";
     Mero::Value payload(1.0);

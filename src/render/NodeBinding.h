@@ -92,16 +92,20 @@ inline std::optional<ConstantSize> constantSize(const Value& property)
 }  // namespace NodeBinding
 
 template <typename Arg, typename Apply>
-std::shared_ptr<std::function<void(Arg)>> ViewRenderNode::guardedSetter(Apply apply)
+std::shared_ptr<std::function<void(Arg)>> ViewRenderNode::firstTimeSetter(Apply apply)
 {
     return std::make_shared<std::function<void(Arg)>>(
-        [alive = std::weak_ptr<const bool>(lifeToken_), apply = std::move(apply), initial = true](Arg value) mutable {
-            if (alive.expired()) {
-                return;  // the node is gone; its observer is not
-            }
+        [apply = std::move(apply), initial = true](Arg value) mutable {
             const bool first = std::exchange(initial, false);
             apply(std::move(value), first);
         });
+}
+
+inline void ViewRenderNode::keepBinding(ObserverPtr observer)
+{
+    if (observer) {
+        bindings_.push_back(std::move(observer));
+    }
 }
 
 template <typename Apply>
@@ -116,8 +120,8 @@ void ViewRenderNode::bindBool(const Value& element, std::string_view key, bool f
         *property, scope, engine,
         [&](const Value& value) { apply(value.is(Kind::Boolean) ? value.boolean() : fallback, true); },
         [&](RuntimeObjectPtr expression) {
-            RuntimeEngine::getTypeData(scope, std::move(expression), engine, guardedSetter<bool>(std::move(apply)),
-                                       fallback);
+            keepBinding(RuntimeEngine::getTypeData(scope, std::move(expression), engine, firstTimeSetter<bool>(std::move(apply)),
+                                       fallback));
         });
 }
 
@@ -133,8 +137,8 @@ void ViewRenderNode::bindNumber(const Value& element, std::string_view key, doub
         *property, scope, engine,
         [&](const Value& value) { apply(value.is(Kind::Number) ? value.number() : fallback, true); },
         [&](RuntimeObjectPtr expression) {
-            RuntimeEngine::getTypeData(scope, std::move(expression), engine, guardedSetter<double>(std::move(apply)),
-                                       fallback);
+            keepBinding(RuntimeEngine::getTypeData(scope, std::move(expression), engine, firstTimeSetter<double>(std::move(apply)),
+                                       fallback));
         });
 }
 
@@ -150,8 +154,8 @@ void ViewRenderNode::bindValue(const Value& element, std::string_view key, const
         *property, scope, engine,
         [&](const Value& value) { apply(value.kind() == fallback.kind() ? value : fallback, true); },
         [&](RuntimeObjectPtr expression) {
-            RuntimeEngine::getValueData(scope, std::move(expression), engine, guardedSetter<Value>(std::move(apply)),
-                                        fallback);
+            keepBinding(RuntimeEngine::getValueData(scope, std::move(expression), engine, firstTimeSetter<Value>(std::move(apply)),
+                                        fallback));
         });
 }
 
@@ -176,7 +180,7 @@ void ViewRenderNode::bindSize(const Value& element, std::string_view key, Apply 
         apply(runtime->convertSizeToNumber(size.sizeType, number, base, fallback), true);
         return;
     }
-    RuntimeEngine::getSizeData(scope, std::move(size), engine, guardedSetter<double>(std::move(apply)), base, fallback);
+    keepBinding(RuntimeEngine::getSizeData(scope, std::move(size), engine, firstTimeSetter<double>(std::move(apply)), base, fallback));
 }
 
 template <typename Apply>
@@ -199,7 +203,7 @@ void ViewRenderNode::bindYogaSize(const Value& element, std::string_view key, Ap
         apply(runtime->convertSize(size.sizeType, number, fallback), true);
         return;
     }
-    RuntimeEngine::getYGValueData(scope, std::move(size), engine, guardedSetter<YGValue>(std::move(apply)), fallback);
+    keepBinding(RuntimeEngine::getYGValueData(scope, std::move(size), engine, firstTimeSetter<YGValue>(std::move(apply)), fallback));
 }
 
 }  // namespace Mero

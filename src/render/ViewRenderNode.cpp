@@ -85,8 +85,7 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
       onClick(memberOf(element, Property::OnClick).string()),
       loopAnimation(evaluatedOnce(element, Property::LoopAnimation, scope, engine)),
       kind_(kindOfCode(type) != nullptr ? kindOfCode(type) : kindOfCode(0)),
-      tree_(renderTree),
-      lifeToken_(std::make_shared<const bool>(true))
+      tree_(renderTree)
 {
     YGNodeSetContext(yogaNode, this);
     tree_.nodeMade();

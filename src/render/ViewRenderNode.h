@@ -173,9 +173,8 @@ protected:
     // Binders. Each reads element[key] and calls apply(converted, initial):
     // once now with initial = true, then with initial = false after every
     // change of a UI variable the expression reads, for as long as this node
-    // lives (observers are never removed, so a binding can outlive its node;
-    // it then does nothing). A missing or null member, or a gone engine,
-    // gives `fallback` once. Constant expressions are evaluated in place and
+    // lives (the node keeps the binding's callback: it goes with the node).
+    // A missing or null member, or a gone engine, gives `fallback` once. Constant expressions are evaluated in place and
     // bind nothing. Defined in render/NodeBinding.h.
     template <typename Apply>
     void bindBool(const Value& element, std::string_view key, bool fallback, Apply apply);
@@ -211,8 +210,12 @@ protected:
     void bindKindProperties(const Value& element);
 
 private:
+    // A setter that tells `apply` whether this is the first value.
     template <typename Arg, typename Apply>
-    std::shared_ptr<std::function<void(Arg)>> guardedSetter(Apply apply);
+    static std::shared_ptr<std::function<void(Arg)>> firstTimeSetter(Apply apply);
+    // Keeps the callback of a binding for as long as the node lives: the
+    // engine holds it only weakly, so it goes with the node.
+    void keepBinding(ObserverPtr observer);
 
     void readTransitions(const Value& element);
     void readLayout();
@@ -242,8 +245,8 @@ private:
     bool queued_ = false;
     // Where this node sits in the tree's pending list while `queued` is set.
     std::list<ViewRenderNode*>::iterator pendingEntry_;
-    // Bindings hold this weakly: expired means the node is gone.
-    std::shared_ptr<const bool> lifeToken_;
+    // The callbacks of the node's bound properties (see keepBinding).
+    std::vector<ObserverPtr> bindings_;
 };
 
 }  // namespace Mero

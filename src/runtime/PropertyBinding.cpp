@@ -13,18 +13,18 @@ namespace {
 
 // `apply(value, engine)` converts an evaluated Value and calls the setter.
 template <typename Apply, typename Fallback>
-void bindProperty(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine, Apply apply,
-                  Fallback onGone)
+ObserverPtr bindProperty(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine, Apply apply,
+                         Fallback onGone)
 {
     bool dynamic = expression->isDynamic();
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
         onGone();
-        return;
+        return nullptr;
     }
     if (!dynamic) {
         apply(expression->value(scope, engine), *runtime);
-        return;
+        return nullptr;
     }
     std::shared_ptr<RuntimeObject> shared = std::move(expression);
     auto update = [scope, shared, engine, apply]() {
@@ -32,26 +32,28 @@ void bindProperty(const LocalScope& scope, RuntimeObjectPtr expression, const En
             apply(shared->value(scope, engine), *alive);
         }
     };
-    shared->observe(engine, std::make_shared<ObserverCallback>(update));
+    ObserverPtr callback = std::make_shared<ObserverCallback>(update);
+    shared->observe(engine, callback);
     apply(shared->value(scope, engine), *runtime);
+    return callback;
 }
 
 }  // namespace
 
-void RuntimeEngine::getValueData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
+ObserverPtr RuntimeEngine::getValueData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
                                  std::shared_ptr<ValueSetter> setter, Value defaultValue)
 {
     // The default is for a gone engine only; a re-evaluation hands on
     // whatever the expression gives.
-    bindProperty(
+    return bindProperty(
         scope, std::move(expression), engine, [setter](Value value, RuntimeEngine&) { (*setter)(std::move(value)); },
         [&]() { (*setter)(std::move(defaultValue)); });
 }
 
-void RuntimeEngine::getTypeData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
+ObserverPtr RuntimeEngine::getTypeData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
                                 std::shared_ptr<BoolSetter> setter, bool defaultValue)
 {
-    bindProperty(
+    return bindProperty(
         scope, std::move(expression), engine,
         [setter, defaultValue](const Value& value, RuntimeEngine&) {
             (*setter)(value.is(Kind::Boolean) ? value.boolean() : defaultValue);
@@ -59,11 +61,11 @@ void RuntimeEngine::getTypeData(const LocalScope& scope, RuntimeObjectPtr expres
         [&]() { (*setter)(defaultValue); });
 }
 
-void RuntimeEngine::getTypeData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
+ObserverPtr RuntimeEngine::getTypeData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
                                 std::shared_ptr<DoubleSetter> setter, double defaultValue)
 {
     // A string "1" is not a number: it gives the default.
-    bindProperty(
+    return bindProperty(
         scope, std::move(expression), engine,
         [setter, defaultValue](const Value& value, RuntimeEngine&) {
             (*setter)(value.is(Kind::Number) ? value.number() : defaultValue);
@@ -71,11 +73,11 @@ void RuntimeEngine::getTypeData(const LocalScope& scope, RuntimeObjectPtr expres
         [&]() { (*setter)(defaultValue); });
 }
 
-void RuntimeEngine::getSizeData(const LocalScope& scope, SizeProperty property, const EngineRef& engine,
+ObserverPtr RuntimeEngine::getSizeData(const LocalScope& scope, SizeProperty property, const EngineRef& engine,
                                 std::shared_ptr<DoubleSetter> setter, double base, double fallback)
 {
     int32_t sizeType = property.sizeType;
-    bindProperty(
+    return bindProperty(
         scope, std::move(property.expression), engine,
         [setter, sizeType, base, fallback](const Value& value, RuntimeEngine& runtime) {
             (*setter)(runtime.convertSizeToNumber(sizeType, value.number(), base, fallback));
@@ -83,11 +85,11 @@ void RuntimeEngine::getSizeData(const LocalScope& scope, SizeProperty property, 
         [&]() { (*setter)(fallback); });
 }
 
-void RuntimeEngine::getYGValueData(const LocalScope& scope, SizeProperty property, const EngineRef& engine,
+ObserverPtr RuntimeEngine::getYGValueData(const LocalScope& scope, SizeProperty property, const EngineRef& engine,
                                    std::shared_ptr<YGValueSetter> setter, YGValue defaultValue)
 {
     int32_t sizeType = property.sizeType;
-    bindProperty(
+    return bindProperty(
         scope, std::move(property.expression), engine,
         [setter, sizeType, defaultValue](const Value& value, RuntimeEngine& runtime) {
             (*setter)(runtime.convertSize(sizeType, value.number(), defaultValue));

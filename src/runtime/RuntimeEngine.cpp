@@ -2,6 +2,8 @@
 
 #include "runtime/ScriptRun.h"
 
+#include <algorithm>
+
 namespace Mero {
 
 RuntimeEngine::RuntimeEngine()
@@ -67,13 +69,18 @@ void RuntimeEngine::flush()
     }
 }
 
-void RuntimeEngine::addObserver(const std::string& name, ObserverPtr callback)
+void RuntimeEngine::addObserver(const std::string& name, const ObserverPtr& callback)
 {
     std::shared_ptr<ObserverList>& list = observers_[name];
     if (!list) {
         list = std::make_shared<ObserverList>();
     }
-    list->push_back(std::move(callback));
+    std::vector<std::weak_ptr<ObserverCallback>>& callbacks = list->callbacks;
+    if (callbacks.size() >= list->compactAt) {
+        std::erase_if(callbacks, [](const std::weak_ptr<ObserverCallback>& entry) { return entry.expired(); });
+        list->compactAt = std::max<std::size_t>(8, 2 * callbacks.size());
+    }
+    callbacks.push_back(callback);
 }
 
 void RuntimeEngine::notifyObservers(const std::string& name)
@@ -85,10 +92,12 @@ void RuntimeEngine::notifyObservers(const std::string& name)
     // Hold the list: a callback may bind new properties under this name.
     // Those join from the next change on.
     std::shared_ptr<ObserverList> list = found->second;
-    const std::size_t count = list->size();
+    const std::size_t count = list->callbacks.size();
     for (std::size_t i = 0; i < count; ++i) {
-        ObserverPtr callback = (*list)[i];
-        (*callback)();
+        // Held while it runs: its node may go in the middle of the call.
+        if (ObserverPtr callback = list->callbacks[i].lock()) {
+            (*callback)();
+        }
     }
 }
 

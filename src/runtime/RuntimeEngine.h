@@ -30,7 +30,14 @@
 
 namespace Mero {
 
-using ObserverList = std::vector<ObserverPtr>;
+// The callbacks registered under one UI-variable name. The engine holds them
+// weakly: whoever bound the property (a render node) owns its callback, so
+// a callback goes when its node goes. Entries of gone callbacks are dropped
+// as the list grows, so a list never holds more than twice what is alive.
+struct ObserverList {
+    std::vector<std::weak_ptr<ObserverCallback>> callbacks;
+    std::size_t compactAt = 8;
+};
 
 using ValueSetter = std::function<void(Value)>;
 using BoolSetter = std::function<void(bool)>;
@@ -83,9 +90,9 @@ public:
     void flush();
     void setFlushHook(std::function<void()> hook) { flushHook_ = std::move(hook); }
 
-    // Registers `callback` under a UI-variable name; callbacks are kept in
-    // registration order and never removed.
-    void addObserver(const std::string& name, ObserverPtr callback);
+    // Registers `callback` under a UI-variable name, in registration order,
+    // for as long as its owner keeps it.
+    void addObserver(const std::string& name, const ObserverPtr& callback);
     // Calls every callback registered under `name`, in registration order.
     void notifyObservers(const std::string& name);
 
@@ -95,21 +102,27 @@ public:
 
     // Property binding, used by render nodes for every bound property:
     // evaluate now and call the setter; when the expression reads UI
-    // variables, keep it and re-run evaluate-and-set on every change. When
-    // the engine is already gone the setter gets the default once.
-    static void getValueData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
+    // variables, keep it and re-run evaluate-and-set on every change, for as
+    // long as the caller keeps the callback handed back (null for an
+    // expression that reads none). When the engine is already gone the
+    // setter gets the default once.
+    [[nodiscard]] static ObserverPtr getValueData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
                              std::shared_ptr<ValueSetter> setter, Value defaultValue);
     // The payload when the result is a boolean (number), else the default.
-    static void getTypeData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
-                            std::shared_ptr<BoolSetter> setter, bool defaultValue);
-    static void getTypeData(const LocalScope& scope, RuntimeObjectPtr expression, const EngineRef& engine,
-                            std::shared_ptr<DoubleSetter> setter, double defaultValue);
+    [[nodiscard]] static ObserverPtr getTypeData(const LocalScope& scope, RuntimeObjectPtr expression,
+                                                 const EngineRef& engine, std::shared_ptr<BoolSetter> setter,
+                                                 bool defaultValue);
+    [[nodiscard]] static ObserverPtr getTypeData(const LocalScope& scope, RuntimeObjectPtr expression,
+                                                 const EngineRef& engine, std::shared_ptr<DoubleSetter> setter,
+                                                 double defaultValue);
     // Through convertSizeToNumber with `base` and `fallback`.
-    static void getSizeData(const LocalScope& scope, SizeProperty property, const EngineRef& engine,
-                            std::shared_ptr<DoubleSetter> setter, double base, double fallback);
+    [[nodiscard]] static ObserverPtr getSizeData(const LocalScope& scope, SizeProperty property,
+                                                 const EngineRef& engine, std::shared_ptr<DoubleSetter> setter,
+                                                 double base, double fallback);
     // Through convertSize with `defaultValue` as the fallback.
-    static void getYGValueData(const LocalScope& scope, SizeProperty property, const EngineRef& engine,
-                               std::shared_ptr<YGValueSetter> setter, YGValue defaultValue);
+    [[nodiscard]] static ObserverPtr getYGValueData(const LocalScope& scope, SizeProperty property,
+                                                    const EngineRef& engine, std::shared_ptr<YGValueSetter> setter,
+                                                    YGValue defaultValue);
 
     // The container's measure modes (Yoga numbering: 0 undefined, 1 exactly,
     // 2 at most) and size; a size is usable only when its mode is 1.

@@ -1,6 +1,7 @@
 // The node base: identity, transitions, visibility, queueing and lifetime.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <list>
 #include <optional>
 
@@ -148,3 +149,18 @@ TEST(RenderNodeLifetime, BindingsOutliveTheirNodesHarmlessly)
     EXPECT_TRUE(card.tree.pendingNodes().empty());
     EXPECT_EQ(card.flush(), Calls{});
 }
+
+TEST(RenderNodeLifetime, ANodeTakesItsBindingsWithItAndTheEngineForgetsThem)
+{
+    RenderCard card(R"({"variables": {"label": "x"}, "elements": {"$": 3, "nodeId": "root", "children": [
+        {"$": 4, "nodeId": "t", "text": {"$": 3, "n": "label"}}]}})");
+    for (int build = 0; build < 1000; ++build) {
+        card.build();
+    }
+    const std::vector<std::weak_ptr<Mero::ObserverCallback>>& callbacks =
+        card.engine->observers().at("label")->callbacks;
+    const auto alive = std::count_if(callbacks.begin(), callbacks.end(), [](const auto& entry) { return !entry.expired(); });
+    EXPECT_EQ(alive, 1);
+    EXPECT_LE(callbacks.size(), 16U) << "a thousand builds leave a list as short as a few";
+}
+

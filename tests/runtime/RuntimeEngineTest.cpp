@@ -37,10 +37,13 @@ std::shared_ptr<std::function<void(T)>> recorder(std::vector<std::string>& seen,
     return std::make_shared<std::function<void(T)>>([&seen, label](T value) { seen.push_back(label + text(value)); });
 }
 
+// The engine holds binding callbacks weakly: whoever binds keeps them.
+std::vector<ObserverPtr> kept;
+
 void bindValue(TemplateHarness& card, const char* expression, std::vector<std::string>& seen, std::string label = "")
 {
-    RuntimeEngine::getValueData(card.scope, node(expression), card.weak(), recorder<Value>(seen, label),
-                                Value("default"));
+    kept.push_back(RuntimeEngine::getValueData(card.scope, node(expression), card.weak(), recorder<Value>(seen, label),
+                                               Value("default")));
 }
 
 }  // namespace
@@ -209,7 +212,7 @@ TEST(Observers, APropertyBoundDuringAnUpdateJoinsFromTheNextChange)
             bindValue(card, R"({"$": 3, "n": "v"})", seen, "inner=");
         }
     });
-    RuntimeEngine::getValueData(card.scope, node(R"({"$": 3, "n": "v"})"), card.weak(), outer, Value());
+    kept.push_back(RuntimeEngine::getValueData(card.scope, node(R"({"$": 3, "n": "v"})"), card.weak(), outer, Value()));
     card.send("set", Value(2));
     card.send("set", Value(3));
     EXPECT_EQ(seen, (std::vector<std::string>{"outer=1", "outer=2", "inner=2", "outer=3", "inner=3"}));
@@ -229,12 +232,12 @@ TEST(Binding, PropertiesOfOneVariableUpdateInBindingOrderWithTheCapturedScope)
     std::vector<std::string> seen;
     bindValue(card, v, seen, "value=");
     bindValue(card, R"({"$": 5, "n": "pair", "a": [{"$": 1, "n": "k"}, {"$": 3, "n": "v"}]})", seen, "pair=");
-    RuntimeEngine::getTypeData(card.scope, node(v), card.weak(), recorder<double>(seen, "number="), -1.0);
-    RuntimeEngine::getTypeData(card.scope, node(v), card.weak(), recorder<bool>(seen, "flag="), true);
-    RuntimeEngine::getSizeData(card.scope, parseSizeProperty(json(scaled)), card.weak(),
-                               recorder<double>(seen, "size="), 100.0, -5.0);
-    RuntimeEngine::getYGValueData(card.scope, parseSizeProperty(json(scaled)), card.weak(),
-                                  recorder<YGValue>(seen, "yoga="), YGValue{});
+    kept.push_back(RuntimeEngine::getTypeData(card.scope, node(v), card.weak(), recorder<double>(seen, "number="), -1.0));
+    kept.push_back(RuntimeEngine::getTypeData(card.scope, node(v), card.weak(), recorder<bool>(seen, "flag="), true));
+    kept.push_back(RuntimeEngine::getSizeData(card.scope, parseSizeProperty(json(scaled)), card.weak(),
+                               recorder<double>(seen, "size="), 100.0, -5.0));
+    kept.push_back(RuntimeEngine::getYGValueData(card.scope, parseSizeProperty(json(scaled)), card.weak(),
+                                  recorder<YGValue>(seen, "yoga="), YGValue{}));
     (*card.scope)["k"] = Value(2);
     card.send("set", Value(false));
     card.send("set", Value());
@@ -249,10 +252,10 @@ TEST(Binding, AGoneEngineGivesTheDefaultOnceAndAReleasedOneIsNeverCalledBack)
     std::vector<std::string> seen;
     LocalScope scope = makeLocalScope();
     const char* size = R"({"sizeType": 1, "value": 3})";
-    RuntimeEngine::getValueData(scope, node(R"({"$": 3, "n": "v"})"), EngineRef(), recorder<Value>(seen), "gone");
-    RuntimeEngine::getSizeData(scope, parseSizeProperty(json(size)), EngineRef(), recorder<double>(seen), 100.0, 7.0);
-    RuntimeEngine::getYGValueData(scope, parseSizeProperty(json(size)), EngineRef(), recorder<YGValue>(seen),
-                                  YGValue{5.0f, YGUnitPercent});
+    kept.push_back(RuntimeEngine::getValueData(scope, node(R"({"$": 3, "n": "v"})"), EngineRef(), recorder<Value>(seen), "gone"));
+    kept.push_back(RuntimeEngine::getSizeData(scope, parseSizeProperty(json(size)), EngineRef(), recorder<double>(seen), 100.0, 7.0));
+    kept.push_back(RuntimeEngine::getYGValueData(scope, parseSizeProperty(json(size)), EngineRef(), recorder<YGValue>(seen),
+                                  YGValue{5.0f, YGUnitPercent}));
     EXPECT_EQ(seen, (std::vector<std::string>{R"("gone")", "7", "5%"}));
 
     auto callback = std::make_shared<ObserverCallback>([] {});
@@ -261,7 +264,7 @@ TEST(Binding, AGoneEngineGivesTheDefaultOnceAndAReleasedOneIsNeverCalledBack)
 
     auto card = std::make_unique<TemplateHarness>(R"({"variables": {"v": 1}})");
     bindValue(*card, R"({"$": 3, "n": "v"})", seen);
-    ObserverPtr observer = card->engine->observers().at("v")->front();
+    ObserverPtr observer = card->engine->observers().at("v")->callbacks.front().lock();
     card->release();
     (*observer)();
     EXPECT_EQ(seen.back(), "1");

@@ -20,8 +20,9 @@ TEST(TemplateLoader, IncrementExampleRunsEndToEnd)
         "b": [{"$": 4, "n": "count", "value": {"$": 5, "n": "1", "a": [[0], [{"$": 3, "n": "count"},
               {"$": 1, "n": "step"}]]}}]}], "events": [{"n": "tap", "a": [], "b": [{"$": 5, "n": "inc", "a": []}]}]})");
     std::vector<double> seen;
-    RuntimeEngine::getTypeData(card.scope, createRuntimeObject(json(R"({"$": 3, "n": "count"})")), card.weak(),
-                               std::make_shared<DoubleSetter>([&](double count) { seen.push_back(count); }), -1.0);
+    const ObserverPtr binding = RuntimeEngine::getTypeData(
+        card.scope, createRuntimeObject(json(R"({"$": 3, "n": "count"})")), card.weak(),
+        std::make_shared<DoubleSetter>([&](double count) { seen.push_back(count); }), -1.0);
     card.send("tap");
     card.send("tap");
     EXPECT_TRUE(card.call("inc", {Value(10)}).isNull());
