@@ -160,12 +160,17 @@ Value Value::makeArray(ValueArray elements)
     return Value(std::make_shared<ValueArray>(std::move(elements)));
 }
 
+Value Value::makeObject()
+{
+    return Value(std::make_shared<ValueObject>());
+}
+
 Value Value::makeObject(ValueObject members)
 {
     return Value(std::make_shared<ValueObject>(std::move(members)));
 }
 
-const Value& memberOf(const Value& object, const std::string& key)
+const Value& memberOf(const Value& object, std::string_view key)
 {
     static const Value absent;
     const ValueObject& members = object.object();

@@ -13,7 +13,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <variant>
 #include <vector>
 
@@ -22,7 +21,7 @@ namespace Mero {
 class Value;
 
 using ValueArray = std::vector<Value>;
-using ValueObject = std::unordered_map<std::string, Value>;
+class ValueObject;  // the members of an object, in insertion order (ValueObject.h)
 using ValueCallback = std::function<Value(std::vector<Value>&&)>;
 using ArrayPtr = std::shared_ptr<ValueArray>;
 using ObjectPtr = std::shared_ptr<ValueObject>;
@@ -106,7 +105,8 @@ public:
     CallbackPtr callbackPtr() const;
 
     static Value makeArray(ValueArray elements = {});
-    static Value makeObject(ValueObject members = {});
+    static Value makeObject();
+    static Value makeObject(ValueObject members);
 
 private:
     Kind kind_ = Kind::Null;
@@ -115,7 +115,7 @@ private:
 
 // The member `key` of an object Value, or a shared null when it is absent or
 // `object` is not an object. Never inserts.
-const Value& memberOf(const Value& object, const std::string& key);
+const Value& memberOf(const Value& object, std::string_view key);
 
 // Truthiness: null, 0 (and -0), "" and false are falsy; NaN is truthy, and so
 // is every array, object, callback and completion, even an empty one.
@@ -132,3 +132,6 @@ bool equals(const Value& left, const Value& right) noexcept;
 std::string numberToString(double number);
 
 }  // namespace Mero
+
+// Objects need Value complete; everything that includes Value.h gets both.
+#include "value/ValueObject.h"
