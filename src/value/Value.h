@@ -75,7 +75,13 @@ public:
     // A moved-from Value reads as null.
     Value(Value&& other) noexcept;
     Value& operator=(Value&& other) noexcept;
-    ~Value();
+    ~Value()
+    {
+        // Only containers need more than the payload's own destructor.
+        if (payload_.index() == 3 || payload_.index() == 4) {
+            releaseContainer();
+        }
+    }
 
     Kind kind() const noexcept { return kind_; }
     int32_t kindNumber() const noexcept { return static_cast<int32_t>(kind_); }
@@ -109,6 +115,8 @@ public:
     static Value makeObject(ValueObject members);
 
 private:
+    void releaseContainer() noexcept;
+
     Kind kind_ = Kind::Null;
     Payload payload_ = 0.0;
 };

@@ -4,9 +4,10 @@
 // Members keep the order in which they were first inserted, on every platform
 // and standard library, so what is written out and what a loop over the
 // members sees never depends on a hash function. Small objects dominate (most
-// have two to five members), so members sit in one flat vector and a lookup
-// compares keys in turn; an index of hashed positions is built only once an
-// object grows past kIndexedSize members.
+// have two to five members), so members sit in one flat array, inside the
+// object itself up to kInlineSize of them (an object and its members are
+// then one allocation), and a lookup compares keys in turn; an index of
+// hashed positions is built only once an object grows past kIndexedSize.
 //
 // The interface is the part of std::unordered_map that the engine uses, with
 // one difference callers must know: like a vector, inserting may move the
@@ -17,6 +18,7 @@
 #include <concepts>
 #include <cstdint>
 #include <initializer_list>
+#include <new>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -38,31 +40,38 @@ public:
     // The key is not const, so that members can move; never change it in place.
     using value_type = std::pair<std::string, Value>;
     using size_type = std::size_t;
-    using iterator = std::vector<value_type>::iterator;
-    using const_iterator = std::vector<value_type>::const_iterator;
+    using iterator = value_type*;
+    using const_iterator = const value_type*;
 
+    // Members held inside the object itself.
+    static constexpr size_type kInlineSize = 4;
     // Past this many members, lookups go through a hash index.
     static constexpr size_type kIndexedSize = 16;
 
-    ValueObject() noexcept = default;
+    ValueObject() noexcept : members_(inlineMembers()) {}
     // A duplicate key in the list keeps its first value.
     ValueObject(std::initializer_list<value_type> members);
+    ValueObject(const ValueObject& other);
+    ValueObject(ValueObject&& other) noexcept;
+    ValueObject& operator=(const ValueObject& other);
+    ValueObject& operator=(ValueObject&& other) noexcept;
+    ~ValueObject();
 
-    iterator begin() noexcept { return members_.begin(); }
-    iterator end() noexcept { return members_.end(); }
-    const_iterator begin() const noexcept { return members_.begin(); }
-    const_iterator end() const noexcept { return members_.end(); }
-    const_iterator cbegin() const noexcept { return members_.begin(); }
-    const_iterator cend() const noexcept { return members_.end(); }
+    iterator begin() noexcept { return members_; }
+    iterator end() noexcept { return members_ + size_; }
+    const_iterator begin() const noexcept { return members_; }
+    const_iterator end() const noexcept { return members_ + size_; }
+    const_iterator cbegin() const noexcept { return members_; }
+    const_iterator cend() const noexcept { return members_ + size_; }
 
-    size_type size() const noexcept { return members_.size(); }
-    bool empty() const noexcept { return members_.empty(); }
-    void reserve(size_type count) { members_.reserve(count); }
+    size_type size() const noexcept { return size_; }
+    bool empty() const noexcept { return size_ == 0; }
+    void reserve(size_type count);
     void clear() noexcept;
 
-    iterator find(std::string_view key) { return begin() + static_cast<std::ptrdiff_t>(position(key)); }
-    const_iterator find(std::string_view key) const { return begin() + static_cast<std::ptrdiff_t>(position(key)); }
-    bool contains(std::string_view key) const { return position(key) != size(); }
+    iterator find(std::string_view key) { return members_ + position(key); }
+    const_iterator find(std::string_view key) const { return members_ + position(key); }
+    bool contains(std::string_view key) const { return position(key) != size_; }
     size_type count(std::string_view key) const { return contains(key) ? 1 : 0; }
     // Throws std::out_of_range when the key is absent.
     Value& at(std::string_view key);
@@ -76,12 +85,18 @@ public:
     {
         const std::string_view view(key);
         const size_type found = position(view);
-        if (found != size()) {
-            return {begin() + static_cast<std::ptrdiff_t>(found), false};
+        if (found != size_) {
+            return {members_ + found, false};
         }
-        members_.emplace_back(std::piecewise_construct, std::forward_as_tuple(std::forward<Key>(key)),
-                              std::forward_as_tuple(std::forward<Args>(args)...));
-        indexLast();
+        if (size_ == capacity_) {
+            grow(2 * size_t{capacity_});
+        }
+        new (members_ + size_) value_type(std::piecewise_construct, std::forward_as_tuple(std::forward<Key>(key)),
+                                          std::forward_as_tuple(std::forward<Args>(args)...));
+        ++size_;
+        if (size_ > kIndexedSize) {
+            indexLast();
+        }
         return {end() - 1, true};
     }
     template <ObjectKey Key, typename... Args>
@@ -107,16 +122,26 @@ public:
     iterator erase(const_iterator member);
 
 private:
-    size_type position(std::string_view key) const;
+    value_type* inlineMembers() noexcept { return reinterpret_cast<value_type*>(inline_); }
+    bool isInline() const noexcept { return capacity_ == kInlineSize; }
+    void grow(size_type capacity);
+    void release() noexcept;
+    void takeMembersOf(ValueObject& other) noexcept;
+    // Where the member `key` is, or size() when there is none.
+    size_type position(std::string_view key) const { return index_.empty() ? scan(key) : lookUp(key); }
     size_type scan(std::string_view key) const;
+    size_type lookUp(std::string_view key) const;
     void indexLast();
     void rebuildIndex();
     void placeInIndex(size_type member);
 
-    std::vector<value_type> members_;
+    value_type* members_;
+    uint32_t size_ = 0;
+    uint32_t capacity_ = kInlineSize;
     // Open addressing over member positions plus one (0 marks a free slot);
     // empty until the object grows past kIndexedSize, then kept at most half full.
     std::vector<uint32_t> index_;
+    alignas(value_type) unsigned char inline_[kInlineSize * sizeof(value_type)];
 };
 
 }  // namespace Mero
