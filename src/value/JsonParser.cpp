@@ -16,6 +16,10 @@ namespace {
 
 using Token = JsonParser::Token;
 
+// Containers nested deeper than this get no size hint (real texts are shallow;
+// a hostile one must not make the hints as long as its nesting).
+constexpr size_t kHintedDepth = 64;
+
 // The lexer's table: a token's first byte and what it makes. Every other
 // byte is an error token; a digit or "-" starts a number.
 struct TokenStart {
@@ -364,16 +368,17 @@ void JsonParser::open(const Frame& top, std::string_view key, Kind kind)
     // that is dropped.
     Value& target = stored.is(kind) ? stored : scratch_.emplace_back(kind);
     const size_t depth = stack_.size();
-    if (sizeHints_.size() <= depth) {
+    if (depth < kHintedDepth && sizeHints_.size() <= depth) {
         sizeHints_.resize(depth + 1);
     }
+    const auto [objectHint, arrayHint] = depth < kHintedDepth ? sizeHints_[depth] : std::pair<uint32_t, uint32_t>{};
     if (kind == Kind::Object) {
         ValueObject& object = target.object();
-        object.reserve(object.size() + sizeHints_[depth].first);
+        object.reserve(object.size() + objectHint);
         stack_.push_back({&object, nullptr});
     } else {
         ValueArray& array = target.array();
-        array.reserve(array.size() + sizeHints_[depth].second);
+        array.reserve(array.size() + arrayHint);
         stack_.push_back({nullptr, &array});
     }
 }
