@@ -49,6 +49,9 @@ const std::vector<OwnText>& ownTexts()
         {"MemberOrder", R"({"z":1, "a":2, "m":{"b":1, "a":2}})", true},
         {"DuplicateKeys", R"({"a":1, "a":2, "o":{"x":1}, "o":{"y":2}, "l":[1], "l":[2]})", true},
         {"DuplicateOfAnotherKind", R"({"a":[1], "a":{"k":2}, "b":1, "b":[3], "c":{}, "c":[4]})", true},
+        // found by the fuzzer: a later container's own repeated keys meet the
+        // members already read into the first one
+        {"RepeatedKeysInsideAMergedObject", R"({"o":{"x":[1]}, "o":{"x":{"y":2}, "x":[3]}, "o":{"o":{}}})", true},
         {"LargeObject", manyMembers(40), true},
         {"DeepArrays", std::string(500, '[') + std::string(500, ']'), true},
         {"TrailingComma", "[1,]", false},

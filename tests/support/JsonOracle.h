@@ -18,7 +18,7 @@
 // - members are compared in order, which is stronger than as sets: both keep
 //   the order of the text. Where a key repeats, RapidJSON keeps every member
 //   and Mero the first value, reading a later container of the same kind into
-//   the first one; the oracle applies that rule to RapidJSON's members first;
+//   the first one; the oracle applies that rule as it builds RapidJSON's value;
 // - what is written is compared after what the writer leaves out or rounds:
 //   nulls inside containers are skipped, numbers go through numberToString.
 //
@@ -57,27 +57,11 @@ struct TooDeepToCompare {};
 
 constexpr unsigned kStrictFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
 
-// Adds `value` under `key` as Mero's reader does: the first value stays, and a
-// later container of the same kind is read into it.
-inline void addMember(Mero::ValueObject& object, const std::string& key, const Mero::Value& value)
-{
-    auto [member, inserted] = object.try_emplace(key, value);
-    if (inserted || member->second.kind() != value.kind()) {
-        return;
-    }
-    if (value.is(Mero::Kind::Array)) {
-        for (const Mero::Value& element : value.array()) {
-            member->second.array().push_back(element);
-        }
-    } else if (value.is(Mero::Kind::Object)) {
-        for (const auto& [innerKey, innerValue] : value.object()) {
-            addMember(member->second.object(), innerKey, innerValue);
-        }
-    }
-}
-
-// Builds Mero Values from RapidJSON's events. A container is added to its
-// parent when it ends, so that a duplicate key can merge it whole.
+// Builds Mero Values from RapidJSON's events, with Mero's rule for repeated
+// keys applied as the text is read: the first value stays, and a later object
+// or array under the key is read into the first one when that is of the same
+// kind (so its own repeated keys meet the members already there), and
+// otherwise into a scratch container that is dropped.
 class OracleBuilder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, OracleBuilder> {
 public:
     bool Null() { return add(Mero::Value()); }
@@ -96,7 +80,7 @@ public:
     bool String(const char* text, rapidjson::SizeType length, bool) { return add(Mero::Value(std::string(text, length))); }
     bool Key(const char* text, rapidjson::SizeType length, bool)
     {
-        open_.back().key.assign(text, length);
+        key_.assign(text, length);
         return true;
     }
     bool StartObject() { return start(Mero::Kind::Object); }
@@ -108,33 +92,43 @@ public:
     bool numberTooBig = false;
 
 private:
-    struct Open {
-        Mero::Value container;
-        std::string key;
-    };
+    // Values share their containers, so each open one is held by a copy.
     bool start(Mero::Kind kind)
     {
-        open_.push_back({Mero::Value(kind), {}});
+        Mero::Value fresh(kind);
+        if (open_.empty()) {
+            root = fresh;
+            open_.push_back(fresh);
+            return true;
+        }
+        Mero::Value& top = open_.back();
+        if (top.is(Mero::Kind::Array)) {
+            top.array().push_back(fresh);
+            open_.push_back(fresh);
+            return true;
+        }
+        auto [member, inserted] = top.object().try_emplace(key_, fresh);
+        open_.push_back(inserted || member->second.is(kind) ? member->second : fresh);
         return true;
     }
     bool end()
     {
-        Mero::Value done = std::move(open_.back().container);
         open_.pop_back();
-        return add(done);
+        return true;
     }
-    bool add(const Mero::Value& value)
+    bool add(Mero::Value value)
     {
         if (open_.empty()) {
-            root = value;
-        } else if (open_.back().container.is(Mero::Kind::Array)) {
-            open_.back().container.array().push_back(value);
+            root = std::move(value);
+        } else if (open_.back().is(Mero::Kind::Array)) {
+            open_.back().array().push_back(std::move(value));
         } else {
-            addMember(open_.back().container.object(), open_.back().key, value);
+            open_.back().object().try_emplace(key_, std::move(value));
         }
         return true;
     }
-    std::vector<Open> open_;
+    std::vector<Mero::Value> open_;
+    std::string key_;
 };
 
 inline int escapedUnit(std::string_view text, size_t at)

@@ -70,6 +70,8 @@ TEST(JsonParserLeniency, DuplicateContainerKeysMergeIntoTheFirst)
     EXPECT_EQ(a.at("x").number(), 1.0);
     EXPECT_EQ(a.at("y").number(), 2.0);
     EXPECT_EQ(read(R"({"l":[1],"l":[2]})"), R"({"l":[1,2]})");
+    // The later object's own repeated keys meet what the first already holds.
+    EXPECT_EQ(read(R"({"o":{"x":[1]},"o":{"x":{"y":2},"x":[3]}})"), R"({"o":{"x":[1,3]}})");
 }
 
 TEST(JsonParserLeniency, DuplicateContainerAfterAScalarOrTheOtherKindIsDropped)
