@@ -244,8 +244,9 @@ Value JsonParser::read(std::string_view text)
 inline JsonParser::Token JsonParser::peek()
 {
     // Most tokens follow the last without whitespace.
-    if (cursor_ < end_ && static_cast<unsigned char>(*cursor_) > ' ') {
-        return kTokenOfByte[static_cast<unsigned char>(*cursor_)];
+    const auto byte = cursor_ < end_ ? static_cast<unsigned char>(*cursor_) : 0;
+    if (byte > ' ') {
+        return kTokenOfByte[byte];
     }
     while (cursor_ < end_ && isWhitespace(*cursor_)) {
         ++cursor_;

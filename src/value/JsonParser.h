@@ -14,8 +14,8 @@
 
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "value/Value.h"

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <bit>
-#include <memory>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 
 namespace Mero {

@@ -20,12 +20,13 @@ TEST_P(Utf16BothWays, ConvertsEachWayToTheOther)
     EXPECT_EQ(utf16FromUtf8(GetParam().utf8), GetParam().utf16);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Characters, Utf16BothWays,
-    testing::Values(Utf16Case{"Ascii", u"a=b&c", "a=b&c"}, Utf16Case{"Zero", std::u16string(1, u'\0'), std::string(1, '\0')},
-                    Utf16Case{"TwoBytes", u"\u00e9", "\xC3\xA9"}, Utf16Case{"ThreeBytes", u"\u4e2d\uFFFD", "\xE4\xB8\xAD\xEF\xBF\xBD"},
-                    Utf16Case{"SurrogatePair", u"\U0001F600", "\xF0\x9F\x98\x80"}),
-    [](const testing::TestParamInfo<Utf16Case>& param) { return std::string(param.param.name); });
+INSTANTIATE_TEST_SUITE_P(Characters, Utf16BothWays,
+                         testing::Values(Utf16Case{"Ascii", u"a=b&c", "a=b&c"},
+                                         Utf16Case{"Zero", std::u16string(1, u'\0'), std::string(1, '\0')},
+                                         Utf16Case{"TwoBytes", u"\u00e9", "\xC3\xA9"},
+                                         Utf16Case{"ThreeBytes", u"\u4e2d\uFFFD", "\xE4\xB8\xAD\xEF\xBF\xBD"},
+                                         Utf16Case{"SurrogatePair", u"\U0001F600", "\xF0\x9F\x98\x80"}),
+                         [](const testing::TestParamInfo<Utf16Case>& param) { return std::string(param.param.name); });
 
 TEST(Utf16, LoneSurrogatesBecomeTheReplacementCharacter)
 {
@@ -41,8 +42,8 @@ TEST(Utf16, ModifiedUtf8HalvesJoinIntoOneCharacter)
 
 TEST(Utf16, BytesThatAreNotUtf8BecomeTheReplacementCharacterEach)
 {
-    EXPECT_EQ(utf16FromUtf8("a\xFF" "b"), u"a\uFFFDb");
-    EXPECT_EQ(utf16FromUtf8("\xC0\x80"), u"\uFFFD\uFFFD");  // overlong
-    EXPECT_EQ(utf16FromUtf8("\xE4\xB8"), u"\uFFFD\uFFFD");  // cut short
+    EXPECT_EQ(utf16FromUtf8(std::string("a\xFF") + "b"), u"a\uFFFDb");
+    EXPECT_EQ(utf16FromUtf8("\xC0\x80"), u"\uFFFD\uFFFD");                      // overlong
+    EXPECT_EQ(utf16FromUtf8("\xE4\xB8"), u"\uFFFD\uFFFD");                      // cut short
     EXPECT_EQ(utf16FromUtf8("\xF4\x90\x80\x80"), u"\uFFFD\uFFFD\uFFFD\uFFFD");  // past U+10FFFF
 }

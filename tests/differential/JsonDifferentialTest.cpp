@@ -124,9 +124,10 @@ TEST(JsonDifferentialSuite, EveryTextRapidJsonAcceptsIsReadAndWrittenAlike)
     }
     EXPECT_EQ(valid, 95u);
     EXPECT_EQ(validReadEqual, valid);
-    std::printf("JSON test suite: %zu of %zu valid texts read equal to RapidJSON's value; "
-                "%zu of the %zu other texts accepted by RapidJSON, all read alike\n",
-                validReadEqual, valid, acceptedOthers, others);
+    std::printf(
+        "JSON test suite: %zu of %zu valid texts read equal to RapidJSON's value; "
+        "%zu of the %zu other texts accepted by RapidJSON, all read alike\n",
+        validReadEqual, valid, acceptedOthers, others);
 }
 
 }  // namespace

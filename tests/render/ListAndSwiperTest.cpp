@@ -2,7 +2,6 @@
 // and pages laid out at the swiper's size.
 #include <gtest/gtest.h>
 
-
 #include "render/RenderCard.h"
 #include "render/SwiperRenderNode.h"
 #include "render/TextRenderNode.h"

@@ -77,7 +77,10 @@ public:
         }
         return add(Mero::Value(value));
     }
-    bool String(const char* text, rapidjson::SizeType length, bool) { return add(Mero::Value(std::string(text, length))); }
+    bool String(const char* text, rapidjson::SizeType length, bool)
+    {
+        return add(Mero::Value(std::string(text, length)));
+    }
     bool Key(const char* text, rapidjson::SizeType length, bool)
     {
         key_.assign(text, length);
@@ -225,9 +228,9 @@ inline std::string differenceBetween(const Mero::Value& expected, const Mero::Va
         }
         return "";
     case Kind::String:
-        return expected.string() == actual.string() ? ""
-                                                     : path + ": \"" + actual.string() + "\", expected \"" +
-                                                           expected.string() + "\"";
+        return expected.string() == actual.string()
+                   ? ""
+                   : path + ": \"" + actual.string() + "\", expected \"" + expected.string() + "\"";
     case Kind::Boolean: return expected.boolean() == actual.boolean() ? "" : path + ": the other boolean";
     case Kind::Array: {
         const Mero::ValueArray& want = expected.array();
@@ -236,7 +239,8 @@ inline std::string differenceBetween(const Mero::Value& expected, const Mero::Va
             return path + ": " + std::to_string(got.size()) + " elements, expected " + std::to_string(want.size());
         }
         for (size_t i = 0; i < want.size(); ++i) {
-            std::string difference = differenceBetween(want[i], got[i], path + "[" + std::to_string(i) + "]", depth + 1);
+            std::string difference =
+                differenceBetween(want[i], got[i], path + "[" + std::to_string(i) + "]", depth + 1);
             if (!difference.empty()) {
                 return difference;
             }
@@ -306,8 +310,8 @@ inline std::string wrapped(std::string_view text)
 }
 
 struct OracleVerdict {
-    bool accepted = false;  // by RapidJSON
-    bool compared = false;  // false when too deep to compare
+    bool accepted = false;   // by RapidJSON
+    bool compared = false;   // false when too deep to compare
     std::string difference;  // empty when Mero agrees
 };
 
