@@ -1,6 +1,6 @@
 // Small JNI helpers shared by the natives and the host calls: the host's
-// class names, and Java strings read as modified UTF-8 and released on scope
-// exit. No JNI error is checked anywhere: a null class or method id, or a
+// class names, and Java strings read and made as UTF-8 (through UTF-16, not
+// JNI's modified UTF-8: see Utf16.h). No JNI error is checked anywhere: a null class or method id, or a
 // pending Java exception, is passed on to the next call.
 #pragma once
 
@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "bridge/Utf16.h"
+
 namespace Mero {
 
 inline constexpr const char* kMeroNativeClass = "com/fernwick/android/ad/mero/native/MeroNative";
@@ -16,34 +18,30 @@ inline constexpr const char* kComponentClass = "com/fernwick/android/ad/mero/MRC
 inline constexpr const char* kGradientInfoClass = "com/fernwick/android/ad/mero/components/GradientInfo";
 inline constexpr const char* kSwiperComponentClass = "com/fernwick/android/ad/mero/components/swiper/MRSwiperComponent";
 
-// A Java string's modified-UTF-8 bytes, held for the length of one native.
+// A Java string's text as UTF-8, read for the length of one native.
 class JniUtfString {
 public:
     JniUtfString(JNIEnv* env, jstring text)
-        : env_(env), text_(text), chars_(text != nullptr ? env->GetStringUTFChars(text, nullptr) : nullptr)
-    {}
-    ~JniUtfString()
     {
-        if (chars_ != nullptr) {
-            env_->ReleaseStringUTFChars(text_, chars_);
+        if (text != nullptr) {
+            std::u16string units(static_cast<size_t>(env->GetStringLength(text)), u'\0');
+            env->GetStringRegion(text, 0, static_cast<jsize>(units.size()), reinterpret_cast<jchar*>(units.data()));
+            text_ = utf8FromUtf16(units);
         }
     }
-    JniUtfString(const JniUtfString&) = delete;
-    JniUtfString& operator=(const JniUtfString&) = delete;
 
     // A null Java string reads as empty.
-    std::string_view view() const { return chars_ != nullptr ? std::string_view(chars_) : std::string_view(); }
-    std::string str() const { return std::string(view()); }
+    std::string_view view() const { return text_; }
+    std::string str() const { return text_; }
 
 private:
-    JNIEnv* env_;
-    jstring text_;
-    const char* chars_;
+    std::string text_;
 };
 
 inline jstring newJavaString(JNIEnv* env, const std::string& text)
 {
-    return env->NewStringUTF(text.c_str());
+    const std::u16string units = utf16FromUtf8(text);
+    return env->NewString(reinterpret_cast<const jchar*>(units.data()), static_cast<jsize>(units.size()));
 }
 
 }  // namespace Mero

@@ -91,10 +91,10 @@ std::vector<StatementList> branchLists(const Value& node)
 
 RuntimeObjectPtr createJson(const Value& node)
 {
-    MemberMap<RuntimeObjectPtr> members;
+    RuntimeJson::Members members;
     members.reserve(node.object().size());
     for (const auto& [key, value] : node.object()) {
-        members.emplace(key, createRuntimeObject(value));
+        members.emplace_back(key, createRuntimeObject(value));
     }
     return std::make_unique<RuntimeJson>(std::move(members));
 }

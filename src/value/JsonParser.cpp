@@ -1,6 +1,10 @@
 #include "value/JsonParser.h"
 
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <stdexcept>
 
@@ -9,6 +13,36 @@
 namespace Mero {
 
 namespace {
+
+using Token = JsonParser::Token;
+
+// Containers nested deeper than this get no size hint (real texts are shallow;
+// a hostile one must not make the hints as long as its nesting).
+constexpr size_t kHintedDepth = 64;
+
+// The lexer's table: a token's first byte and what it makes. Every other
+// byte is an error token; a digit or "-" starts a number.
+struct TokenStart {
+    char byte;
+    Token token;
+};
+constexpr TokenStart kTokenStarts[] = {
+    {'{', Token::ObjectOpen}, {'}', Token::ObjectClose}, {'[', Token::ArrayOpen}, {']', Token::ArrayClose},
+    {'"', Token::String},     {'t', Token::True},        {'f', Token::False},     {'n', Token::Null},
+    {',', Token::Comma},      {':', Token::Colon},       {'-', Token::Number},    {'\0', Token::End},
+};
+
+constexpr std::array<Token, 256> kTokenOfByte = [] {
+    std::array<Token, 256> table{};
+    table.fill(Token::Error);
+    for (const TokenStart& start : kTokenStarts) {
+        table[static_cast<unsigned char>(start.byte)] = start.token;
+    }
+    for (char digit = '0'; digit <= '9'; ++digit) {
+        table[static_cast<unsigned char>(digit)] = Token::Number;
+    }
+    return table;
+}();
 
 bool isWhitespace(char c)
 {
@@ -20,28 +54,182 @@ bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-JsonParser::Token classify(char c)
+int hexDigit(char c)
 {
-    using Token = JsonParser::Token;
-    switch (c) {
-    case '\0': return Token::End;
-    case '{': return Token::ObjectOpen;
-    case '}': return Token::ObjectClose;
-    case '[': return Token::ArrayOpen;
-    case ']': return Token::ArrayClose;
-    case '"': return Token::String;
-    case 't': return Token::True;
-    case 'f': return Token::False;
-    case 'n': return Token::Null;
-    case ',': return Token::Comma;
-    case ':': return Token::Colon;
-    default: return c == '-' || isDigit(c) ? Token::Number : Token::Error;
+    if (isDigit(c)) {
+        return c - '0';
+    }
+    const char lower = static_cast<char>(c | 0x20);
+    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+// The first '"' or '\' in [p, end), or end. Eight bytes at a time where it
+// can: most strings are plain text without either.
+const char* findQuoteOrBackslash(const char* p, const char* end)
+{
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr uint64_t ones = 0x0101010101010101u;
+        constexpr uint64_t highs = 0x8080808080808080u;
+        while (end - p >= 8) {
+            uint64_t word;
+            std::memcpy(&word, p, 8);
+            const uint64_t quotes = word ^ (ones * '"');
+            const uint64_t backslashes = word ^ (ones * '\\');
+            // A byte equal to the one sought becomes zero; the lowest zero
+            // byte lights its high bit exactly (higher ones may be false hits).
+            const uint64_t hits = (((quotes - ones) & ~quotes) | ((backslashes - ones) & ~backslashes)) & highs;
+            if (hits != 0) {
+                return p + (std::countr_zero(hits) >> 3);
+            }
+            p += 8;
+        }
+    }
+    while (p < end && *p != '"' && *p != '\\') {
+        ++p;
+    }
+    return p;
+}
+
+void appendUtf8(std::string& out, uint32_t codePoint)
+{
+    if (codePoint < 0x80) {
+        out += static_cast<char>(codePoint);
+    } else if (codePoint < 0x800) {
+        out += static_cast<char>(0xC0 | (codePoint >> 6));
+        out += static_cast<char>(0x80 | (codePoint & 0x3F));
+    } else if (codePoint < 0x10000) {
+        out += static_cast<char>(0xE0 | (codePoint >> 12));
+        out += static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (codePoint & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (codePoint >> 18));
+        out += static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (codePoint & 0x3F));
     }
 }
 
-bool isClose(JsonParser::Token token)
+// The four hex digits at p as a number, or -1.
+int32_t hexQuad(const char* p, const char* end)
 {
-    return token == JsonParser::Token::ObjectClose || token == JsonParser::Token::ArrayClose;
+    if (end - p < 4) {
+        return -1;
+    }
+    int32_t value = 0;
+    for (int i = 0; i < 4; ++i) {
+        const int digit = hexDigit(p[i]);
+        if (digit < 0) {
+            return -1;
+        }
+        value = value * 16 + digit;
+    }
+    return value;
+}
+
+constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                        1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// Most numbers in templates and data have few digits: when the mantissa and
+// the power of ten are both exact doubles, one multiplication or division
+// rounds correctly, and that is the exact value. False when the text is not
+// such a number (the general conversion takes it then).
+bool readSimpleNumber(const char* p, const char* end, double& number)
+{
+    const bool negative = *p == '-';
+    p += negative ? 1 : 0;
+    uint64_t mantissa = 0;
+    int digits = 0;
+    int scale = 0;
+    const char* integer = p;
+    for (; p < end && isDigit(*p); ++p, ++digits) {
+        mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
+    }
+    if (p == integer) {
+        return false;
+    }
+    if (p < end && *p == '.') {
+        const char* fraction = ++p;
+        for (; p < end && isDigit(*p); ++p, ++digits) {
+            mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
+        }
+        if (p == fraction) {
+            return false;
+        }
+        scale = -static_cast<int>(p - fraction);
+    }
+    if (p < end && (*p == 'e' || *p == 'E')) {
+        ++p;
+        const bool negativeExponent = p < end && *p == '-';
+        p += p < end && (*p == '-' || *p == '+') ? 1 : 0;
+        const char* exponentStart = p;
+        int exponent = 0;
+        for (; p < end && isDigit(*p) && exponent < 1000; ++p) {
+            exponent = exponent * 10 + (*p - '0');
+        }
+        if (p == exponentStart) {
+            return false;
+        }
+        scale += negativeExponent ? -exponent : exponent;
+    }
+    if (p != end || digits > 19 || mantissa > (uint64_t{1} << 53) || scale < -22 || scale > 22) {
+        return false;
+    }
+    const double magnitude = static_cast<double>(mantissa);
+    number = scale < 0 ? magnitude / kExactPowersOfTen[-scale] : magnitude * kExactPowersOfTen[scale];
+    number = negative ? -number : number;
+    return true;
+}
+
+// Whether the number text [p, end), out of a double's range, is too small
+// rather than too large: its leading digit stands below the units.
+bool isBelowOne(const char* p, const char* end)
+{
+    p += *p == '-' ? 1 : 0;
+    while (p < end && *p == '0') {
+        ++p;
+    }
+    long order = -1;  // the power of ten of the leading nonzero digit
+    for (; p < end && isDigit(*p); ++p) {
+        ++order;
+    }
+    if (order < 0 && p < end && *p == '.') {
+        for (++p; p < end && *p == '0'; ++p) {
+            --order;
+        }
+    }
+    while (p < end && *p != 'e' && *p != 'E') {
+        ++p;
+    }
+    if (p < end) {
+        ++p;
+        const bool negative = p < end && *p == '-';
+        p += p < end && (*p == '-' || *p == '+') ? 1 : 0;
+        long exponent = 0;
+        for (; p < end && isDigit(*p) && exponent < 1000000; ++p) {
+            exponent = exponent * 10 + (*p - '0');
+        }
+        order += negative ? -exponent : exponent;
+    }
+    return order < 0;
+}
+
+// The general conversion, exact and locale-independent. It reads the longest
+// number at the start of [start, end), as the standard conversion does.
+double convertNumber(const char* start, const char* end)
+{
+    double number = 0.0;
+    auto [last, error] = std::from_chars(start, end, number);
+    if (error == std::errc::invalid_argument) {
+        throw std::invalid_argument("stod");  // a lone "-"
+    }
+    if (error == std::errc::result_out_of_range) {
+        if (!isBelowOne(start, last)) {
+            throw std::out_of_range("stod");
+        }
+        // Too small for a double: it reads as zero, as strict parsers read it.
+        number = *start == '-' ? -0.0 : 0.0;
+    }
+    return number;
 }
 
 }  // namespace
@@ -53,17 +241,22 @@ Value JsonParser::read(std::string_view text)
     return std::move(parser.root_);
 }
 
-JsonParser::Token JsonParser::peek()
+inline JsonParser::Token JsonParser::peek()
 {
+    // Most tokens follow the last without whitespace.
+    const auto byte = cursor_ < end_ ? static_cast<unsigned char>(*cursor_) : 0;
+    if (byte > ' ') {
+        return kTokenOfByte[byte];
+    }
     while (cursor_ < end_ && isWhitespace(*cursor_)) {
         ++cursor_;
     }
     // The text need not be zero-terminated: at end we read nothing and answer
     // what a terminating zero byte would.
-    return cursor_ < end_ ? classify(*cursor_) : Token::End;
+    return cursor_ < end_ ? kTokenOfByte[static_cast<unsigned char>(*cursor_)] : Token::End;
 }
 
-void JsonParser::step()
+inline void JsonParser::step()
 {
     if (cursor_ < end_) {
         ++cursor_;
@@ -72,7 +265,6 @@ void JsonParser::step()
 
 void JsonParser::parse(const char* begin, const char* end)
 {
-    begin_ = begin;
     end_ = end;
     cursor_ = begin;
     stack_.clear();
@@ -80,18 +272,18 @@ void JsonParser::parse(const char* begin, const char* end)
     if (peek() != Token::ObjectOpen) {
         reportError("Syntax error: '{' expected.");
     }
-    stack_.push_back(&root_);
+    stack_.push_back({&root_.object(), nullptr});
     step();
 
     while (cursor_ != end_) {
         const Token token = peek();
-        if (isClose(token)) {
+        if (token == Token::ObjectClose || token == Token::ArrayClose) {
             // Closers are not matched to their openers: "]" closes an object
             // too. One after the root has closed ends the parse.
             if (stack_.empty()) {
                 break;
             }
-            stack_.pop_back();
+            close();
             step();
             continue;
         }
@@ -102,7 +294,7 @@ void JsonParser::parse(const char* begin, const char* end)
         if (token == Token::Error || stack_.empty()) {
             break;  // a stray byte, or anything after the root: stop quietly
         }
-        if (!readMember(*stack_.back())) {
+        if (!readMember(stack_.back(), token)) {
             break;
         }
     }
@@ -110,146 +302,204 @@ void JsonParser::parse(const char* begin, const char* end)
 
 // Reads one member of an object (key, colon, value) or one element of an
 // array into `top`. False when the parse must stop.
-bool JsonParser::readMember(Value& top)
+bool JsonParser::readMember(const Frame& top, Token token)
 {
-    std::string key;
-    if (top.is(Kind::Object)) {
-        if (peek() != Token::String) {
+    std::string_view key;
+    if (top.object != nullptr) {
+        if (token != Token::String) {
             reportError("object key is failed");
             return false;
         }
-        key = readString();
+        key = readString(keyBuffer_);
         if (peek() != Token::Colon) {
             reportError("object member separator is failed");
             return false;
         }
         step();
+        token = peek();
     }
-    return readValue(top, std::move(key));
+    return readValue(top, key, token);
 }
 
-bool JsonParser::readValue(Value& top, std::string key)
+bool JsonParser::readValue(const Frame& top, std::string_view key, Token token)
 {
-    switch (peek()) {
+    switch (token) {
     case Token::ObjectOpen:
         step();
-        storeValue(top, std::move(key), Value(Kind::Object));
+        open(top, key, Kind::Object);
         return true;
     case Token::ArrayOpen:
         step();
-        storeValue(top, std::move(key), Value(Kind::Array));
+        open(top, key, Kind::Array);
         return true;
-    case Token::String: storeValue(top, std::move(key), Value(readString())); return true;
-    case Token::Number: storeValue(top, std::move(key), Value(readNumber())); return true;
+    case Token::String: store(top, key, std::string(readString(textBuffer_))); return true;
+    case Token::Number: store(top, key, readNumber()); return true;
     case Token::True:
         skipLiteral(4);
-        storeValue(top, std::move(key), Value(true));
+        store(top, key, true);
         return true;
     case Token::False:
         skipLiteral(5);
-        storeValue(top, std::move(key), Value(false));
+        store(top, key, false);
         return true;
     case Token::Null:
         skipLiteral(4);
-        storeValue(top, std::move(key), Value());
+        store(top, key);
         return true;
     default: reportError("object value is failed"); return false;
     }
 }
 
-void JsonParser::storeValue(Value& top, std::string key, Value value)
+// Stores a value made from `args` in `top`: appended to an array, inserted
+// into an object unless the key is there already (the first value stays).
+template <typename... Args>
+Value& JsonParser::store(const Frame& top, std::string_view key, Args&&... args)
 {
-    const Kind kind = value.kind();
-    const bool isContainer = kind == Kind::Object || kind == Kind::Array;
-    Value* stored = nullptr;
-    if (top.is(Kind::Object)) {
-        // A duplicate key keeps its first value.
-        stored = &top.object().try_emplace(std::move(key), std::move(value)).first->second;
+    if (top.object != nullptr) {
+        return top.object->try_emplace(key, std::forward<Args>(args)...).first->second;
+    }
+    return top.array->emplace_back(std::forward<Args>(args)...);
+}
+
+void JsonParser::open(const Frame& top, std::string_view key, Kind kind)
+{
+    Value& stored = store(top, key, kind);
+    // Under a duplicate key, a container is read into the first value when
+    // that is a container of the same kind, and otherwise into a scratch one
+    // that is dropped.
+    Value& target = stored.is(kind) ? stored : scratch_.emplace_back(kind);
+    const size_t depth = stack_.size();
+    if (depth < kHintedDepth && sizeHints_.size() <= depth) {
+        sizeHints_.resize(depth + 1);
+    }
+    const auto [objectHint, arrayHint] = depth < kHintedDepth ? sizeHints_[depth] : std::pair<uint32_t, uint32_t>{};
+    if (kind == Kind::Object) {
+        ValueObject& object = target.object();
+        object.reserve(object.size() + objectHint);
+        stack_.push_back({&object, nullptr});
     } else {
-        stored = &top.array().emplace_back(std::move(value));
+        ValueArray& array = target.array();
+        array.reserve(array.size() + arrayHint);
+        stack_.push_back({nullptr, &array});
     }
-    if (!isContainer) {
-        return;
-    }
-    // A container under a duplicate key is read into the first value when
-    // that is a container too; otherwise into a scratch value that is dropped.
-    if (!stored->is(Kind::Object) && !stored->is(Kind::Array)) {
-        stored = &scratch_.emplace_back(Value(kind));
-    }
-    stack_.push_back(stored);
 }
 
-std::string JsonParser::readString()
+void JsonParser::close()
 {
-    ++cursor_;  // the opening quote
-    const size_t left = static_cast<size_t>(end_ - cursor_);
-    const char* quote = static_cast<const char*>(std::memchr(cursor_, '"', left));
-    const char* stop = quote != nullptr ? quote : end_;
-    // Most strings hold no escape: take them in one piece.
-    if (std::memchr(cursor_, '\\', static_cast<size_t>(stop - cursor_)) == nullptr) {
-        std::string text(cursor_, stop);
-        cursor_ = quote != nullptr ? quote + 1 : end_;
-        return text;
+    // Hints are capped, so one long list does not make every later one reserve as much.
+    constexpr size_t kMaxHint = 64;
+    const Frame& top = stack_.back();
+    const size_t depth = stack_.size() - 1;
+    if (depth < sizeHints_.size()) {
+        auto& [objectHint, arrayHint] = sizeHints_[depth];
+        (top.object != nullptr ? objectHint : arrayHint) =
+            static_cast<uint32_t>(std::min(top.object != nullptr ? top.object->size() : top.array->size(), kMaxHint));
     }
-    return readEscapedString();
+    stack_.pop_back();
 }
 
-std::string JsonParser::readEscapedString()
+// Reads the string under the cursor (on its opening quote) and leaves the
+// cursor past its closing quote. The result views the text itself when the
+// string holds no escape, and `buffer` otherwise; an unterminated string runs
+// to the end.
+std::string_view JsonParser::readString(std::string& buffer)
 {
-    std::string text;
+    const char* start = ++cursor_;
+    const char* stop = findQuoteOrBackslash(start, end_);
+    if (stop == end_) {
+        cursor_ = end_;
+        return {start, static_cast<size_t>(stop - start)};
+    }
+    if (*stop == '"') {
+        cursor_ = stop + 1;
+        return {start, static_cast<size_t>(stop - start)};
+    }
+    cursor_ = stop;
+    return readEscapedString(start, buffer);
+}
+
+std::string_view JsonParser::readEscapedString(const char* start, std::string& buffer)
+{
+    buffer.assign(start, cursor_);
     while (cursor_ < end_) {
-        const char* run = cursor_;
-        while (cursor_ < end_ && *cursor_ != '"' && *cursor_ != '\\') {
-            ++cursor_;
-        }
-        text.append(run, cursor_);
-        if (cursor_ == end_) {
-            break;
-        }
-        if (*cursor_ == '"') {
-            ++cursor_;
-            return text;
-        }
         ++cursor_;  // the backslash
         if (cursor_ == end_) {
             break;
         }
         switch (*cursor_++) {
-        case 't': text += '\t'; break;
-        case '/': text += '/'; break;
-        case '\\': text += '\\'; break;
-        case 'b': text += '\b'; break;
-        case 'f': text += '\f'; break;
-        case 'n': text += '\n'; break;
-        case 'r': text += '\r'; break;
-        case '"': text += '"'; break;
+        case 't': buffer += '\t'; break;
+        case '/': buffer += '/'; break;
+        case '\\': buffer += '\\'; break;
+        case 'b': buffer += '\b'; break;
+        case 'f': buffer += '\f'; break;
+        case 'n': buffer += '\n'; break;
+        case 'r': buffer += '\r'; break;
+        case '"': buffer += '"'; break;
+        case 'u': readUnicodeEscape(buffer); break;
         default:
-            // No \u escapes. If reporting returns, both bytes are dropped.
+            // If reporting returns, the backslash and the byte are dropped.
             reportError("string escape error");
             break;
         }
+        const char* run = cursor_;
+        cursor_ = findQuoteOrBackslash(cursor_, end_);
+        buffer.append(run, cursor_);
+        if (cursor_ < end_ && *cursor_ == '"') {
+            ++cursor_;
+            break;
+        }
     }
-    return text;
+    return buffer;
 }
 
+// After "\u": four hex digits, decoded to UTF-8. A high surrogate followed
+// by an escaped low one makes one code point; a surrogate without its other
+// half becomes U+FFFD, the replacement character.
+void JsonParser::readUnicodeEscape(std::string& buffer)
+{
+    constexpr uint32_t kReplacement = 0xFFFD;
+    const int32_t unit = hexQuad(cursor_, end_);
+    if (unit < 0) {
+        // If reporting returns, "\u" is dropped and the bytes after it stay.
+        reportError("string escape error");
+        return;
+    }
+    cursor_ += 4;
+    const auto codeUnit = static_cast<uint32_t>(unit);
+    if (codeUnit < 0xD800 || codeUnit > 0xDFFF) {
+        appendUtf8(buffer, codeUnit);
+        return;
+    }
+    if (codeUnit <= 0xDBFF && end_ - cursor_ >= 6 && cursor_[0] == '\\' && cursor_[1] == 'u') {
+        const int32_t low = hexQuad(cursor_ + 2, end_);
+        if (low >= 0xDC00 && low <= 0xDFFF) {
+            cursor_ += 6;
+            appendUtf8(buffer, 0x10000 + ((codeUnit - 0xD800) << 10) + (static_cast<uint32_t>(low) - 0xDC00));
+            return;
+        }
+    }
+    appendUtf8(buffer, kReplacement);
+}
+
+// A number is a "-" or digit, then digits and points, then an exponent. The
+// value is that of the longest number at its start ("1.2.3" reads as 1.2).
 double JsonParser::readNumber()
 {
     const char* start = cursor_++;
     while (cursor_ < end_ && (isDigit(*cursor_) || *cursor_ == '.')) {
         ++cursor_;
     }
-    // The standard conversion: it stops at a second point, throws
-    // invalid_argument for a lone "-" and out_of_range past a double's range.
+    if (cursor_ < end_ && (*cursor_ == 'e' || *cursor_ == 'E')) {
+        ++cursor_;
+        if (cursor_ < end_ && (*cursor_ == '+' || *cursor_ == '-')) {
+            ++cursor_;
+        }
+        while (cursor_ < end_ && isDigit(*cursor_)) {
+            ++cursor_;
+        }
+    }
     double number = 0.0;
-    auto [last, error] = std::from_chars(start, cursor_, number);
-    (void)last;
-    if (error == std::errc::invalid_argument) {
-        throw std::invalid_argument("stod");
-    }
-    if (error == std::errc::result_out_of_range) {
-        throw std::out_of_range("stod");
-    }
-    return number;
+    return readSimpleNumber(start, cursor_, number) ? number : convertNumber(start, cursor_);
 }
 
 void JsonParser::skipLiteral(size_t length)

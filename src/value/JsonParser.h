@@ -1,16 +1,21 @@
 // JsonParser: reads JSON text into a Value whose root is always an object.
 //
-// Lenient and non-recursive: it keeps an explicit stack of the containers
-// that are open instead of calling itself, so nesting depth costs heap, not
-// stack. What it accepts beyond strict JSON is deliberate (templates depend on
-// it): commas are optional, "]" closes objects too, duplicate keys keep the
-// first value, literals are recognised by their first letter, numbers have no
-// exponent, and the first unexpected token ends the parse keeping what was
-// read.
+// Every valid JSON text is read to the value a strict parser gives: escapes
+// (\uXXXX and surrogate pairs included) are decoded to UTF-8, numbers follow
+// the whole grammar and are converted exactly, whatever the locale. Beyond
+// that it is lenient, deliberately (templates depend on it): commas are
+// optional, "]" closes objects too, duplicate keys keep the first value,
+// literals are recognised by their first letter, and the first unexpected
+// token ends the parse keeping what was read.
+//
+// Non-recursive: it keeps an explicit stack of the containers that are open
+// instead of calling itself, so nesting depth costs heap, not stack.
 #pragma once
 
-#include <deque>
+#include <cstdint>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "value/Value.h"
@@ -19,6 +24,7 @@ namespace Mero {
 
 class JsonParser {
 public:
+    // What the first byte of a token makes it.
     enum class Token {
         End = 0,
         ObjectOpen = 1,
@@ -37,8 +43,8 @@ public:
 
     // Reads [begin, end) into root(). Never reads at or past end. Errors go
     // through reportError, so they throw while debugMode is set; a lone "-"
-    // or an out-of-range number throws std::invalid_argument or
-    // std::out_of_range as the standard conversion does.
+    // throws std::invalid_argument and a number beyond a double's range
+    // std::out_of_range, as the standard conversion does.
     void parse(const char* begin, const char* end);
     void parse(std::string_view text) { parse(text.data(), text.data() + text.size()); }
 
@@ -48,22 +54,40 @@ public:
     static Value read(std::string_view text);
 
 private:
+    // One open container; exactly one of the two is set. They point at the
+    // shared container itself, which never moves while it is being filled.
+    struct Frame {
+        ValueObject* object;
+        ValueArray* array;
+    };
+
     Token peek();
     void step();
-    std::string readString();
-    std::string readEscapedString();
+    bool readMember(const Frame& top, Token token);
+    bool readValue(const Frame& top, std::string_view key, Token token);
+    template <typename... Args>
+    Value& store(const Frame& top, std::string_view key, Args&&... args);
+    void open(const Frame& top, std::string_view key, Kind kind);
+    std::string_view readString(std::string& buffer);
+    std::string_view readEscapedString(const char* start, std::string& buffer);
+    void readUnicodeEscape(std::string& buffer);
     double readNumber();
     void skipLiteral(size_t length);
-    bool readMember(Value& top);
-    bool readValue(Value& top, std::string key);
-    void storeValue(Value& top, std::string key, Value value);
+
+    void close();
 
     Value root_ = Value(Kind::Object);
-    std::vector<Value*> stack_;
-    // Stands in for a duplicate key whose first value is not a container:
-    // the later container's members are read into it and dropped.
-    std::deque<Value> scratch_;
-    const char* begin_ = nullptr;
+    std::vector<Frame> stack_;
+    // Per depth, the size of the last object and array closed there: siblings
+    // tend to have the same shape, so a new container reserves that much and
+    // is usually filled without growing.
+    std::vector<std::pair<uint32_t, uint32_t>> sizeHints_;
+    // Containers read under a duplicate key whose first value cannot take
+    // them: their members are read and dropped with the parser.
+    std::vector<Value> scratch_;
+    // Where keys and strings that hold escapes are decoded.
+    std::string keyBuffer_;
+    std::string textBuffer_;
     const char* end_ = nullptr;
     const char* cursor_ = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "value/JsonWriter.h"
 
+#include <cmath>
 #include <vector>
 
 namespace Mero {
@@ -81,9 +82,8 @@ struct JsonTextWriter {
             out += ',';
         }
         if (key != nullptr) {
-            out += '"';
-            out += *key;  // keys are written raw
-            out += "\":";
+            writeString(*key);
+            out += ':';
         }
     }
     void endChild() {}
@@ -96,23 +96,60 @@ struct JsonTextWriter {
     {
         switch (value.kind()) {
         case Kind::Null: out += "null"; break;
-        case Kind::Number: out += numberToString(value.number()); break;
+        case Kind::Number: writeNumber(value.number()); break;
         case Kind::String: writeString(value.string()); break;
         case Kind::Boolean: out += value.boolean() ? "true" : "false"; break;
         default: break;  // callbacks and completions write nothing
         }
     }
 
+    // JSON has no NaN or infinity.
+    void writeNumber(double number)
+    {
+        if (std::isfinite(number)) {
+            out += numberToString(number);
+        } else {
+            out += "null";
+        }
+    }
+
+    // Quotes, backslashes and control characters are escaped; every other
+    // byte, "/" and UTF-8 included, is written as it is.
     void writeString(const std::string& text)
     {
         out += '"';
-        for (char c : text) {
-            if (c == '"' || c == '\\') {
-                out += '\\';
+        const char* run = text.data();
+        const char* end = run + text.size();
+        for (const char* p = run; p < end; ++p) {
+            const auto byte = static_cast<unsigned char>(*p);
+            if (byte >= 0x20 && byte != '"' && byte != '\\') {
+                continue;
             }
-            out += c;
+            out.append(run, p);
+            run = p + 1;
+            writeEscape(byte);
         }
+        out.append(run, end);
         out += '"';
+    }
+
+    void writeEscape(unsigned char byte)
+    {
+        static constexpr char kHex[] = "0123456789abcdef";
+        switch (byte) {
+        case '"': out += "\\\""; break;
+        case '\\': out += "\\\\"; break;
+        case '\b': out += "\\b"; break;
+        case '\f': out += "\\f"; break;
+        case '\n': out += "\\n"; break;
+        case '\r': out += "\\r"; break;
+        case '\t': out += "\\t"; break;
+        default:
+            out += "\\u00";
+            out += kHex[byte >> 4];
+            out += kHex[byte & 0xF];
+            break;
+        }
     }
 };
 

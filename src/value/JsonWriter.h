@@ -10,8 +10,11 @@
 
 namespace Mero {
 
-// Compact JSON. Nulls inside arrays and objects are left out, callbacks write
-// nothing, only '"' and '\' are escaped in strings, keys are written raw.
+// Compact JSON that a strict parser reads back to the same value (numbers to
+// six decimals, as numberToString writes them). Nulls inside arrays and
+// objects are left out and callbacks write nothing; strings and keys escape
+// '"', '\' and control characters; NaN and infinities are written as null.
+// Members come in their insertion order.
 std::string toJsonString(const Value& value);
 
 // The log form: strings unquoted, numbers as the stream formats a double, and

@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "value/ErrorReporting.h"
+#include "value/RecyclingAllocator.h"
 
 namespace Mero {
 
@@ -23,7 +24,7 @@ constexpr int kMaxTeardownDepth = 256;
 thread_local int teardownDepth = 0;
 thread_local std::vector<std::shared_ptr<void>>* deferredTeardown = nullptr;
 
-void releaseContainer(std::shared_ptr<void> container)
+void releaseShared(std::shared_ptr<void> container)
 {
     if (container.use_count() != 1) {
         return;  // someone else still holds it: dropping our share is shallow
@@ -56,8 +57,8 @@ Value::Value(Kind kind) : kind_(kind)
     switch (kind) {
     case Kind::String: payload_ = std::string(); break;
     case Kind::Boolean: payload_ = false; break;
-    case Kind::Array: payload_ = std::make_shared<ValueArray>(); break;
-    case Kind::Object: payload_ = std::make_shared<ValueObject>(); break;
+    case Kind::Array: payload_ = std::allocate_shared<ValueArray>(RecyclingAllocator<ValueArray>()); break;
+    case Kind::Object: payload_ = std::allocate_shared<ValueObject>(RecyclingAllocator<ValueObject>()); break;
     case Kind::Callback:
         reportError("callbackValue not support");
         payload_ = std::make_shared<ValueCallback>();
@@ -83,12 +84,12 @@ Value& Value::operator=(Value&& other) noexcept
     return *this;
 }
 
-Value::~Value()
+void Value::releaseContainer() noexcept
 {
     if (auto* array = std::get_if<ArrayPtr>(&payload_)) {
-        releaseContainer(std::move(*array));
+        releaseShared(std::move(*array));
     } else if (auto* object = std::get_if<ObjectPtr>(&payload_)) {
-        releaseContainer(std::move(*object));
+        releaseShared(std::move(*object));
     }
 }
 
@@ -157,15 +158,20 @@ CallbackPtr Value::callbackPtr() const
 
 Value Value::makeArray(ValueArray elements)
 {
-    return Value(std::make_shared<ValueArray>(std::move(elements)));
+    return Value(std::allocate_shared<ValueArray>(RecyclingAllocator<ValueArray>(), std::move(elements)));
+}
+
+Value Value::makeObject()
+{
+    return Value(Kind::Object);
 }
 
 Value Value::makeObject(ValueObject members)
 {
-    return Value(std::make_shared<ValueObject>(std::move(members)));
+    return Value(std::allocate_shared<ValueObject>(RecyclingAllocator<ValueObject>(), std::move(members)));
 }
 
-const Value& memberOf(const Value& object, const std::string& key)
+const Value& memberOf(const Value& object, std::string_view key)
 {
     static const Value absent;
     const ValueObject& members = object.object();

@@ -14,7 +14,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <variant>
 #include <vector>
 
@@ -22,28 +21,8 @@ namespace Mero {
 
 class Value;
 
-// The hash of object member names (and of the other string-keyed maps whose
-// order shows). An object's members come in its map's order, which follows
-// the hash; std::hash gives other numbers on 32-bit processors than on 64-bit
-// ones, so the same object would be written as other JSON text on a 32-bit
-// ARM phone. 32-bit FNV-1a over the bytes, taken unsigned whatever the
-// signedness of char, is the same number everywhere.
-struct MemberNameHash {
-    std::size_t operator()(std::string_view name) const noexcept
-    {
-        uint32_t hash = 2166136261U;
-        for (const char byte : name) {
-            hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619U;
-        }
-        return hash;
-    }
-};
-
-template <typename Mapped>
-using MemberMap = std::unordered_map<std::string, Mapped, MemberNameHash>;
-
 using ValueArray = std::vector<Value>;
-using ValueObject = MemberMap<Value>;
+class ValueObject;  // the members of an object, in insertion order (ValueObject.h)
 using ValueCallback = std::function<Value(std::vector<Value>&&)>;
 using ArrayPtr = std::shared_ptr<ValueArray>;
 using ObjectPtr = std::shared_ptr<ValueObject>;
@@ -111,7 +90,13 @@ public:
     // A moved-from Value reads as null.
     Value(Value&& other) noexcept;
     Value& operator=(Value&& other) noexcept;
-    ~Value();
+    ~Value()
+    {
+        // Only containers need more than the payload's own destructor.
+        if (payload_.index() == 3 || payload_.index() == 4) {
+            releaseContainer();
+        }
+    }
 
     Kind kind() const noexcept { return kind_; }
     int32_t kindNumber() const noexcept { return static_cast<int32_t>(kind_); }
@@ -141,7 +126,8 @@ public:
     CallbackPtr callbackPtr() const;
 
     static Value makeArray(ValueArray elements = {});
-    static Value makeObject(ValueObject members = {});
+    static Value makeObject();
+    static Value makeObject(ValueObject members);
 
 private:
     void countStringCopy() noexcept
@@ -151,6 +137,7 @@ private:
             copiedStringBytes += text->size();
         }
     }
+    void releaseContainer() noexcept;
 
     Kind kind_ = Kind::Null;
     Payload payload_ = 0.0;
@@ -158,7 +145,7 @@ private:
 
 // The member `key` of an object Value, or a shared null when it is absent or
 // `object` is not an object. Never inserts.
-const Value& memberOf(const Value& object, const std::string& key);
+const Value& memberOf(const Value& object, std::string_view key);
 
 // Truthiness: null, 0 (and -0), "" and false are falsy; NaN is truthy, and so
 // is every array, object, callback and completion, even an empty one.
@@ -175,3 +162,6 @@ bool equals(const Value& left, const Value& right) noexcept;
 std::string numberToString(double number);
 
 }  // namespace Mero
+
+// Objects need Value complete; everything that includes Value.h gets both.
+#include "value/ValueObject.h"

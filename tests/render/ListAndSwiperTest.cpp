@@ -2,8 +2,6 @@
 // and pages laid out at the swiper's size.
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "render/RenderCard.h"
 #include "render/SwiperRenderNode.h"
 
@@ -34,15 +32,15 @@ TEST(ForRenderNode, NestedItemsCarryBothIndexesInTheirIds)
     ViewRenderNode& rows = card.build();
     EXPECT_EQ(RenderCard::childIds(rows), (Ids{"cols#0", "cols#1"}));
     EXPECT_NE(RenderCard::childrenOf(rows)[0]->scope, RenderCard::childrenOf(rows)[1]->scope);
-    std::set<std::string> ids;  // the suffixes' order follows the scope's map
+    Ids ids;  // the suffixes come in the order the locals were set: outer index first
     for (const Mero::RenderNodePtr& row : RenderCard::childrenOf(rows)) {
         for (const Mero::RenderNodePtr& cell : RenderCard::childrenOf(*row)) {
-            ids.insert(cell->nodeId);
+            ids.push_back(cell->nodeId);
             const int at = static_cast<int>(cell->scope->at("i").number() * 2 + cell->scope->at("j").number());
             EXPECT_EQ(cell->kindValue(Mero::Property::Text).string(), std::string(1, static_cast<char>('a' + at)));
         }
     }
-    EXPECT_EQ(ids, (std::set<std::string>{"t#0#0", "t#0#1", "t#1#0", "t#1#1"}));
+    EXPECT_EQ(ids, (Ids{"t#0#0", "t#0#1", "t#1#0", "t#1#1"}));
 }
 
 TEST(ForRenderNode, ItemsToggledTogetherKeepYogaAndHostInStep)

@@ -33,10 +33,10 @@ TEST(RenderNodeIdentity, ScopeNumbersBecomeHashSuffixes)
     (*scope)["i"] = 3.0;
     (*scope)["name"] = "skip";
     EXPECT_EQ(view(card, R"({"$": 0, "nodeId": "card"})", scope).nodeId, "card#3");
-    // Equal numbers, so the map's order does not matter; truncated toward 0.
-    (*scope)["i"] = 7.9;
+    // In the order the locals were first set; truncated toward 0.
     (*scope)["j"] = 7.2;
-    EXPECT_EQ(view(card, R"({"$": 0})", scope).nodeId, "#7#7");
+    (*scope)["i"] = 3.9;
+    EXPECT_EQ(view(card, R"({"$": 0})", scope).nodeId, "#3#7");
     EXPECT_EQ(view(card, R"({"$": 0, "nodeId": "card"})").nodeId, "card");
 }
 

@@ -1,5 +1,5 @@
-// JSON with object keys sorted, so tests can compare whole values without
-// depending on a hash map's iteration order. Null members are written (unlike
+// JSON with object keys sorted, so tests can compare whole values whatever
+// order their members were inserted in. Null members are written (unlike
 // toJsonString), so a test sees every member that was read.
 #pragma once
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
 
 #include "value/JsonParser.h"
@@ -33,10 +34,21 @@ TEST(JsonWriter, Scalars)
     EXPECT_EQ(toJsonString(callback()), "");
 }
 
-TEST(JsonWriter, StringsEscapeOnlyQuoteAndBackslash)
+TEST(JsonWriter, StringsEscapeQuotesBackslashesAndControlCharacters)
 {
     EXPECT_EQ(toJsonString(Value("a\"b\\c")), R"("a\"b\\c")");
-    EXPECT_EQ(toJsonString(Value("line\nfeed/\t\xC3\xA9")), "\"line\nfeed/\t\xC3\xA9\"");
+    EXPECT_EQ(toJsonString(Value("\b\f\n\r\t")), R"("\b\f\n\r\t")");
+    EXPECT_EQ(toJsonString(Value(std::string("\0\x01\x1f", 3))), R"("\u0000\u0001\u001f")");
+    // everything else is written as it is: "/", DEL and UTF-8
+    EXPECT_EQ(toJsonString(Value("/\x7f\xC3\xA9\xF0\x9F\x98\x80")), "\"/\x7f\xC3\xA9\xF0\x9F\x98\x80\"");
+}
+
+TEST(JsonWriter, NumbersAreFixedNotationAndNonFiniteOnesNull)
+{
+    EXPECT_EQ(toJsonString(Value(0.1234567)), "0.123457");
+    EXPECT_EQ(toJsonString(Value(1e20)), "100000000000000000000");
+    EXPECT_EQ(toJsonString(Value(-1e-7)), "-0");
+    EXPECT_EQ(toJsonString(Value::makeArray({std::nan(""), INFINITY, -INFINITY})), "[null,null,null]");
 }
 
 TEST(JsonWriter, NullsInContainersAreSkippedWithoutAComma)
@@ -52,9 +64,9 @@ TEST(JsonWriter, CallbacksInContainersWriteNothingButKeepTheirPlace)
     EXPECT_EQ(toJsonString(Value::makeArray({callback(), 1})), "[,1]");
 }
 
-TEST(JsonWriter, KeysAreWrittenRaw)
+TEST(JsonWriter, KeysAreEscapedLikeStrings)
 {
-    EXPECT_EQ(toJsonString(Value::makeObject({{"a\"b", 1}})), "{\"a\"b\":1}");
+    EXPECT_EQ(toJsonString(Value::makeObject({{"a\"b", 1}, {"line\n", 2}})), R"({"a\"b":1,"line\n":2})");
 }
 
 TEST(JsonWriter, NestedContainersWithoutWhitespace)
@@ -63,9 +75,9 @@ TEST(JsonWriter, NestedContainersWithoutWhitespace)
     EXPECT_EQ(toJsonString(value), R"({"list":[1,[],{}]})");
 }
 
-TEST(JsonWriter, RoundTripsWhatTheReaderReads)
+TEST(JsonWriter, RoundTripsWhatTheReaderReadsInItsMemberOrder)
 {
-    const char* text = R"({"a":[1,2.5,"x",true,false,{"b":{"c":[]}}]})";
+    const char* text = R"({"z":[1,2.5,"x",true,false,{"y":{"c":[],"b":1}}],"a":"\u0001\n"})";
     EXPECT_EQ(toJsonString(JsonParser::read(text)), text);
 }
 

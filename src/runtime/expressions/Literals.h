@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "runtime/RuntimeObject.h"
@@ -22,15 +23,17 @@ private:
     Value constant_;
 };
 
-// An object literal: every member is an expression.
+// An object literal: every member is an expression. Members are kept in the
+// template's order, so the object it makes has that order too.
 class RuntimeJson final : public RuntimeObject {
 public:
-    explicit RuntimeJson(MemberMap<RuntimeObjectPtr> members) : members_(std::move(members)) {}
+    using Members = std::vector<std::pair<std::string, RuntimeObjectPtr>>;
+    explicit RuntimeJson(Members members) : members_(std::move(members)) {}
     Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
     bool isDynamic() override;
 
 private:
-    MemberMap<RuntimeObjectPtr> members_;
+    Members members_;
 };
 
 // An array literal.

@@ -119,8 +119,8 @@ Value dictForEach(ArgList& args, const EngineRef&)
 {
     const ValueObject& object = args[0].object();
     const ValueCallback& callback = callableOf(args[1]);
-    // The keys are taken first: a callback that adds a member could rehash
-    // the map under a live iterator. Values are read as they are at the call.
+    // The keys are taken first: a callback that adds a member could move the
+    // members under a live iterator. Values are read as they are at the call.
     std::vector<std::string> keys;
     keys.reserve(object.size());
     for (const auto& member : object) {

@@ -1,0 +1,49 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "bridge/Utf16.h"
+
+using namespace Mero;
+
+struct Utf16Case {
+    const char* name;
+    std::u16string utf16;
+    std::string utf8;
+};
+
+class Utf16BothWays : public testing::TestWithParam<Utf16Case> {};
+
+TEST_P(Utf16BothWays, ConvertsEachWayToTheOther)
+{
+    EXPECT_EQ(utf8FromUtf16(GetParam().utf16), GetParam().utf8);
+    EXPECT_EQ(utf16FromUtf8(GetParam().utf8), GetParam().utf16);
+}
+
+INSTANTIATE_TEST_SUITE_P(Characters, Utf16BothWays,
+                         testing::Values(Utf16Case{"Ascii", u"a=b&c", "a=b&c"},
+                                         Utf16Case{"Zero", std::u16string(1, u'\0'), std::string(1, '\0')},
+                                         Utf16Case{"TwoBytes", u"\u00e9", "\xC3\xA9"},
+                                         Utf16Case{"ThreeBytes", u"\u4e2d\uFFFD", "\xE4\xB8\xAD\xEF\xBF\xBD"},
+                                         Utf16Case{"SurrogatePair", u"\U0001F600", "\xF0\x9F\x98\x80"}),
+                         [](const testing::TestParamInfo<Utf16Case>& param) { return std::string(param.param.name); });
+
+TEST(Utf16, LoneSurrogatesBecomeTheReplacementCharacter)
+{
+    EXPECT_EQ(utf8FromUtf16(std::u16string{0xD83D, u'x'}), "\xEF\xBF\xBDx");
+    EXPECT_EQ(utf8FromUtf16(std::u16string{0xDE00}), "\xEF\xBF\xBD");
+}
+
+TEST(Utf16, ModifiedUtf8HalvesJoinIntoOneCharacter)
+{
+    // U+1F600 as modified UTF-8 writes it: two 3-byte surrogate halves.
+    EXPECT_EQ(utf16FromUtf8("\xED\xA0\xBD\xED\xB8\x80"), u"\U0001F600");
+}
+
+TEST(Utf16, BytesThatAreNotUtf8BecomeTheReplacementCharacterEach)
+{
+    EXPECT_EQ(utf16FromUtf8(std::string("a\xFF") + "b"), u"a\uFFFDb");
+    EXPECT_EQ(utf16FromUtf8("\xC0\x80"), u"\uFFFD\uFFFD");                      // overlong
+    EXPECT_EQ(utf16FromUtf8("\xE4\xB8"), u"\uFFFD\uFFFD");                      // cut short
+    EXPECT_EQ(utf16FromUtf8("\xF4\x90\x80\x80"), u"\uFFFD\uFFFD\uFFFD\uFFFD");  // past U+10FFFF
+}
