@@ -8,6 +8,7 @@
 #include "bridge/JniSupport.h"
 #include "engine/MeroInstance.h"
 #include "runtime/NumberConversion.h"
+#include "runtime/ScriptRun.h"
 #include "value/JsonWriter.h"
 
 namespace Mero {
@@ -64,7 +65,7 @@ jobject boxValue(JNIEnv* env, const Value& value)
                                  value.boolean() ? JNI_TRUE : JNI_FALSE);
     case Kind::String: return newJavaString(env, value.string());
     case Kind::Array:
-    case Kind::Object: return newJavaString(env, toJsonString(value));
+    case Kind::Object: return newJavaString(env, jsonWithinLimit(value));
     default: return nullptr;
     }
 }

@@ -10,6 +10,7 @@
 #include "bridge/JniSupport.h"
 #include "runtime/NumberConversion.h"
 #include "runtime/RuntimeEngine.h"
+#include "runtime/ScriptRun.h"
 #include "value/JsonWriter.h"
 
 namespace Mero {
@@ -157,7 +158,7 @@ void callBridge(const MeroInstance& instance, const std::string& name, const Val
     JNIEnv* env = host.env();
     jobject hostObject = host.hostObject();
     jstring method = newJavaString(env, name);
-    jstring paramsJson = newJavaString(env, toJsonString(params));
+    jstring paramsJson = newJavaString(env, jsonWithinLimit(params));
     // Held only once the call is certain to be made: a reply that can never
     // come would never be freed.
     if (keyPath == nullptr) {
@@ -167,7 +168,7 @@ void callBridge(const MeroInstance& instance, const std::string& name, const Val
             env->CallVoidMethod(hostObject, call, method, paramsJson, static_cast<jlong>(callbackId));
         }
     } else {
-        jstring keyPathJson = newJavaString(env, toJsonString(*keyPath));
+        jstring keyPathJson = newJavaString(env, jsonWithinLimit(*keyPath));
         jmethodID call = methodOfHost(env, hostObject, "callJSBWithKeyPath",
                                       "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;J)V");
         if (!host.javaThrew()) {

@@ -89,16 +89,26 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
 {
     YGNodeSetContext(yogaNode, this);
     tree_.nodeMade();
-    // The root always has a view of its own (the host's root view): it
-    // cannot be flattened into a parent it does not have.
-    flattened_ = parent != nullptr && memberOf(element, Property::IsEmpty).boolean();
-    readTransitions(element);
-    bindCommonProperties(element);
+    try {
+        // The root always has a view of its own (the host's root view): it
+        // cannot be flattened into a parent it does not have.
+        flattened_ = parent != nullptr && memberOf(element, Property::IsEmpty).boolean();
+        readTransitions(element);
+        bindCommonProperties(element);
+    } catch (...) {
+        // No destructor runs for a node whose constructor throws.
+        leaveTree();
+        throw;
+    }
 }
 
 ViewRenderNode::~ViewRenderNode()
 {
-    YGNodeFree(yogaNode);
+    leaveTree();
+}
+
+void ViewRenderNode::leaveTree() noexcept
+{
     tree_.nodeGone();
     // A node that goes between two flushes must not stay on the pending list
     // (a whole tree may go at once, hence the stored position).

@@ -87,6 +87,17 @@ struct StyleCache {
     Gradient gradient;
 };
 
+// A render node's Yoga node, freed with the member: a node whose
+// construction throws halfway (a limit reported in debug mode) frees it too.
+struct OwnedYogaNode {
+    explicit OwnedYogaNode(YGNodeRef made) : node(made) {}
+    OwnedYogaNode(const OwnedYogaNode&) = delete;
+    OwnedYogaNode& operator=(const OwnedYogaNode&) = delete;
+    ~OwnedYogaNode() { YGNodeFree(node); }
+    operator YGNodeRef() const { return node; }
+    const YGNodeRef node;
+};
+
 class ViewRenderNode {
 public:
     // `element` is the template element (an object), `parent` null for the
@@ -140,7 +151,7 @@ public:
     ContainerRenderNode* const parent;  // null for the root
     const EngineRef engine;
     const LocalScope scope;
-    const YGNodeRef yogaNode;
+    const OwnedYogaNode yogaNode;
     // The "onClick" event name (what a click dispatches) and the evaluated
     // "loopAnimation", both read once.
     const std::string onClick;
@@ -217,6 +228,7 @@ private:
     // engine holds it only weakly, so it goes with the node.
     void keepBinding(ObserverPtr observer);
 
+    void leaveTree() noexcept;
     void readTransitions(const Value& element);
     void readLayout();
     void bindStyleProperty(const Value& properties, const PropertyInfo& row);

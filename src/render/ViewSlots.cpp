@@ -6,6 +6,7 @@
 #include "render/PropertyTable.h"
 #include "render/ViewRenderNode.h"
 #include "runtime/NumberConversion.h"
+#include "runtime/ScriptRun.h"
 #include "value/JsonWriter.h"
 
 namespace Mero {
@@ -139,7 +140,7 @@ ViewSlots collectViewSlots(const ViewRenderNode& node)
     const std::span<const Property> own = node.kind().properties;
     for (std::size_t i = 0; i < own.size() && i < node.kindValues().size(); ++i) {
         if (own[i] == Property::BusinessData) {
-            slots.strings[ViewSlots::kBusinessDataSlot] = toJsonString(node.kindValues()[i]);
+            slots.strings[ViewSlots::kBusinessDataSlot] = jsonWithinLimit(node.kindValues()[i]);
         } else if (info(own[i]).hostId >= 0) {
             slots.put(hostIdOf(own[i]), node.kindValues()[i]);
         }
@@ -147,7 +148,7 @@ ViewSlots collectViewSlots(const ViewRenderNode& node)
     slots.strings[ViewSlots::kNodeIdSlot] = node.nodeId;
     slots.strings[ViewSlots::kOnClickSlot] = node.onClick;
     if (!node.loopAnimation.isNull()) {
-        slots.strings[ViewSlots::kLoopAnimationSlot] = toJsonString(node.loopAnimation);
+        slots.strings[ViewSlots::kLoopAnimationSlot] = jsonWithinLimit(node.loopAnimation);
     }
     putGradient(slots, node.style().gradient);
     return slots;

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "value/ErrorReporting.h"
+#include "value/JsonWriter.h"
 
 namespace Mero {
 
@@ -91,6 +92,18 @@ std::size_t sizeInSteps(const Value& value)
     case Kind::Object: return value.object().size();
     default: return 0;
     }
+}
+
+std::string jsonWithinLimit(const Value& value)
+{
+    std::optional<std::string> text = toJsonString(value, Limits::kMaxStringBytes);
+    if (!text) {
+        reportLimit(Limit::StringBytes);
+        chargeSteps(Limits::kMaxStringBytes / 64);
+        return "null";
+    }
+    chargeSteps(text->size() / 64);
+    return std::move(*text);
 }
 
 void chargeSteps(std::size_t steps)

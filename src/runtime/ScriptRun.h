@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 #include "value/Limits.h"
 #include "value/Value.h"
@@ -43,6 +44,12 @@ void reportLimit(Limit limit);
 // built it gives null.
 bool fitsStringLimit(std::size_t bytes);
 bool fitsCollectionLimit(std::size_t size);
+
+// JSON of what a card hands out (bridge parameters, JSON-valued properties,
+// ToString): shared arrays let a small value stand for an enormous text, so a
+// text past the string limit is reported and written as "null". Writing it
+// costs a step per 64 bytes.
+std::string jsonWithinLimit(const Value& value);
 
 // Charges `steps` to the current entry.
 void chargeSteps(std::size_t steps);

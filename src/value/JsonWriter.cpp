@@ -1,7 +1,10 @@
 #include "value/JsonWriter.h"
 
 #include <cmath>
+#include <limits>
 #include <vector>
+
+#include "value/Limits.h"
 
 namespace Mero {
 
@@ -13,6 +16,9 @@ namespace {
 //   void beginChild(bool first, const std::string* key)  before an accepted child
 //   void endChild()                                 after it (a container: after its close)
 //   void leaf(const Value&), openArray(), closeArray(), openObject(), closeObject()
+//   bool full() const                                whether to stop here
+// Arrays and objects may be shared, so a small value can stand for an
+// enormous text: the writer's `full` is what bounds the walk.
 template <typename Writer>
 void walk(const Value& root, Writer& writer)
 {
@@ -26,7 +32,7 @@ void walk(const Value& root, Writer& writer)
     std::vector<Frame> stack;
     const Value* next = &root;
 
-    while (true) {
+    while (!writer.full()) {
         if (next != nullptr) {
             if (next->is(Kind::Array)) {
                 writer.openArray();
@@ -74,6 +80,9 @@ void walk(const Value& root, Writer& writer)
 
 struct JsonTextWriter {
     std::string out;
+    std::size_t maxBytes;
+
+    bool full() const { return out.size() > maxBytes; }
 
     bool accepts(const Value& child) const { return !child.isNull(); }
     void beginChild(bool first, const std::string* key)
@@ -155,6 +164,9 @@ struct JsonTextWriter {
 
 struct StreamTextWriter {
     std::ostream& out;
+    std::size_t written = 0;  // about: numbers count 8
+
+    bool full() const { return written > Limits::kMaxStringBytes; }
 
     bool accepts(const Value&) const { return true; }
     void beginChild(bool, const std::string* key)
@@ -171,6 +183,7 @@ struct StreamTextWriter {
 
     void leaf(const Value& value)
     {
+        written += value.is(Kind::String) ? value.string().size() + 1 : 8;
         switch (value.kind()) {
         case Kind::Null: out << "null"; break;
         case Kind::Number: out << value.number(); break;
@@ -184,11 +197,19 @@ struct StreamTextWriter {
 
 }  // namespace
 
+std::optional<std::string> toJsonString(const Value& value, std::size_t maxBytes)
+{
+    JsonTextWriter writer{{}, maxBytes};
+    walk(value, writer);
+    if (writer.full()) {
+        return std::nullopt;
+    }
+    return std::move(writer.out);
+}
+
 std::string toJsonString(const Value& value)
 {
-    JsonTextWriter writer;
-    walk(value, writer);
-    return std::move(writer.out);
+    return *toJsonString(value, std::numeric_limits<std::size_t>::max());
 }
 
 std::ostream& operator<<(std::ostream& stream, const Value& value)

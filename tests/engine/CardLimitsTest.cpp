@@ -57,6 +57,11 @@ std::vector<HostileCard> hostileCards()
     const std::string selfCallingCallback =
         R"([{"$":2,"n":"again","value":{"$":14,"a":[],"b":[{"$":5,"n":"again","a":[]}]}},
             {"$":5,"n":"again","a":[]}])";
+    // Each round shares the array twice: 2^48 leaves behind 49 small arrays.
+    const std::string sharedArrayPrinted =
+        R"([{"$":2,"n":"a","value":[1]},{"$":7,"startIndex":0,"endIndex":48,"index":"i","b":[
+            {"$":2,"n":"a","value":[{"$":1,"n":"a"},{"$":1,"n":"a"}]}]},
+            {"$":4,"n":"pinged","value":{"$":5,"n":"m","a":[{"$":1,"n":"a"}]}}])";
     const std::string timersInALoop = R"([{"$":7,"startIndex":0,"endIndex":2000,"index":"i","b":[
             {"$":5,"n":"p","a":[1000,{"$":14,"a":[],"b":[]}]}]}])";
     return {
@@ -83,6 +88,8 @@ std::vector<HostileCard> hostileCards()
          hostileTemplate("[]", "", R"({"$":2,"nodeId":"list","list":{"$":19,"n":"items"},"index":"i",
                                       "children":[{"$":0,"nodeId":"item"}]})"),
          "render node count exceeds the limit of 5000", manyItems(100001)},
+        {"an array shared 2^48 times written as text", hostileTemplate(sharedArrayPrinted),
+         "string length exceeds the limit of 1048576 bytes"},
         {"timeouts set in a loop", hostileTemplate(timersInALoop), "pending job count exceeds the limit of 1000"},
     };
 }
@@ -150,6 +157,19 @@ TEST(CardLimits, WhatFitsIsKept)
     EXPECT_EQ(list.renderTree().nodeCount(), Mero::Limits::kMaxRenderNodes);
     EXPECT_NE(list.renderTree().find("item#4998"), nullptr);
     Mero::debugMode = true;
+}
+
+TEST(CardLimits, ACrossingWhileANodeBindsLeavesNothingOfIt)
+{
+    // The root's width calls a function that calls itself: in debug mode the
+    // crossing escapes from the middle of the root's constructor.
+    const std::string card = hostileTemplate(
+        "[]", R"(,"functions":[{"n":"f","a":[],"b":[{"$":11,"returnValue":{"$":5,"n":"f","a":[]}}]}])",
+        R"({"$":3,"nodeId":"root","width":{"sizeType":1,"value":{"$":5,"n":"f","a":[]}}})");
+    Mero::MeroInstance instance;
+    EXPECT_EQ(thrownMessage([&] { drive(instance, {"", card, ""}); }), "call depth exceeds the limit of 64");
+    EXPECT_EQ(instance.renderTree().nodeCount(), 0U);
+    EXPECT_EQ(instance.renderTree().find("root"), nullptr);
 }
 
 TEST(CardLimits, EachEntryHasItsOwnBudget)

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "runtime/RuntimeEngine.h"
+#include "runtime/ScriptRun.h"
 #include "runtime/functions/FunctionSupport.h"
 #include "value/ErrorReporting.h"
 #include "value/JsonWriter.h"
@@ -59,8 +60,14 @@ Value toString(ArgList& args, const EngineRef&)
     case Kind::Boolean: return Value(x.boolean() ? "1" : "0");
     case Kind::Array:
     case Kind::Object: {
-        std::string text = toJsonString(x);
-        return fitsStringLimit(text.size()) ? Value(std::move(text)) : Value();
+        // Unlike what goes to the host, an overlong text is null, not "null".
+        std::optional<std::string> text = toJsonString(x, Limits::kMaxStringBytes);
+        chargeSteps((text ? text->size() : Limits::kMaxStringBytes) / 64);
+        if (!text) {
+            reportLimit(Limit::StringBytes);
+            return Value();
+        }
+        return Value(std::move(*text));
     }
     // A string gives the empty string, not itself: templates depend on it.
     default: return Value("");
