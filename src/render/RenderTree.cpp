@@ -105,9 +105,7 @@ ViewTree RenderTree::makeViewTree(ViewRenderNode& node)
 {
     ViewTree view{collectViewSlots(node), {}, &node};
     node.hasView_ = true;
-    node.childChanges_.clear();
-    node.propertyUpdates_.clear();
-    node.animatedUpdates_.clear();
+    node.queues_.reset();
     if (node.isContainer()) {
         for (const RenderNodePtr& child : static_cast<ContainerRenderNode&>(node).children) {
             for (ViewRenderNode* shown : child->collectHostNodes().value_or(HostNodeList())) {
@@ -189,33 +187,32 @@ void RenderTree::collectChanges(ViewRenderNode& node, ChangeList& changes)
     // view sends nothing and keeps nothing, since its view will be made from
     // its current values. So does a node hidden since it queued (itself or
     // a container above it): its views are made anew when it shows again.
-    const bool shown = node.hasView_ && node.isShown();
-    if (!node.childChanges_.empty()) {
-        // Showing the root again makes its view anew, which drops what the
-        // root itself had queued, this list included: take it first.
-        const std::vector<ChildChange> queued = std::exchange(node.childChanges_, {});
-        for (const ChildChange& change : queued) {
-            if (!shown) {
-                break;
-            }
-            if (change.kind == ChildChange::Kind::Insert) {
-                changes.emplace_back(InsertView{node.nodeId, change.index, makeViewTree(*change.node)});
-            } else {
-                changes.emplace_back(RemoveView{node.nodeId, change.index});
-            }
-        }
+    if (!node.queues_) {
+        return;
     }
-    if (!node.propertyUpdates_.empty()) {
-        std::vector<PropertyUpdate> updates = std::exchange(node.propertyUpdates_, {});
-        if (shown) {
-            changes.emplace_back(SetProperties{node.nodeId, std::move(updates)});
-        }
+    const std::unique_ptr<ViewRenderNode::Queues> queues = std::move(node.queues_);
+    if (!node.hasView_ || !node.isShown()) {
+        return;
     }
-    if (!node.animatedUpdates_.empty()) {
-        std::vector<AnimatedUpdate> animations = std::exchange(node.animatedUpdates_, {});
-        if (shown) {
-            changes.emplace_back(PlayAnimations{node.nodeId, std::move(animations)});
+    bool madeAnew = false;
+    for (const ChildChange& change : queues->childChanges) {
+        if (change.kind == ChildChange::Kind::Remove) {
+            changes.emplace_back(RemoveView{node.nodeId, change.index});
+            continue;
         }
+        changes.emplace_back(InsertView{node.nodeId, change.index, makeViewTree(*change.node)});
+        madeAnew = madeAnew || change.node == &node;
+    }
+    // The root shown again: its view is made anew from current values, so
+    // what it queued for the old one is dropped.
+    if (madeAnew) {
+        return;
+    }
+    if (!queues->propertyUpdates.empty()) {
+        changes.emplace_back(SetProperties{node.nodeId, std::move(queues->propertyUpdates)});
+    }
+    if (!queues->animatedUpdates.empty()) {
+        changes.emplace_back(PlayAnimations{node.nodeId, std::move(queues->animatedUpdates)});
     }
 }
 

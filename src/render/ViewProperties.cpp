@@ -5,13 +5,16 @@
 // property table; here is only where its value goes.
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string_view>
+#include <type_traits>
 #include <unordered_map>
 
 #include "render/NodeBinding.h"
+#include "render/NodeKinds.h"
 #include "render/PropertyTable.h"
 #include "render/ViewRenderNode.h"
 #include "render/ViewSlots.h"
@@ -246,7 +249,52 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
         default: break;  // read once by the constructor, or laid out
         }
     }
-    style_.gradient = readGradient(element);
+    Gradient gradient = readGradient(element);
+    if (!gradient.stops.empty() || gradient.angle != 0.0) {
+        mutableStyle().gradient = std::move(gradient);
+    }
+}
+
+const StyleCache& ViewRenderNode::defaultStyle()
+{
+    // What a node whose element sets no style property binds.
+    static const StyleCache style = [] {
+        StyleCache defaults;
+        for (Property property : commonProperties()) {
+            const PropertyInfo& row = info(property);
+            if (row.input == PropertyInput::Text) {
+                defaults.*textField(row.property) = slotText(Value(row.textDefault));
+            } else if (row.input == PropertyInput::Number && numberField(row.property) != nullptr) {
+                defaults.*numberField(row.property) = row.numberDefault;
+            }
+        }
+        return defaults;
+    }();
+    return style;
+}
+
+StyleCache& ViewRenderNode::mutableStyle()
+{
+    if (!style_) {
+        style_ = std::make_unique<StyleCache>(defaultStyle());
+    }
+    return *style_;
+}
+
+// Bit for bit, so that a -0 is kept as it was bound.
+template <typename Field, typename Set>
+void ViewRenderNode::storeStyle(Field field, const Set& value)
+{
+    const auto& current = style().*field;
+    bool same = false;
+    if constexpr (std::is_same_v<Set, double>) {
+        same = std::bit_cast<uint64_t>(current) == std::bit_cast<uint64_t>(value);
+    } else {
+        same = current == value;
+    }
+    if (!same) {
+        mutableStyle().*field = value;
+    }
 }
 
 void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyInfo& row)
@@ -272,7 +320,7 @@ void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyIn
                   [this, field = textField(row.property), queue](Value colour, bool initial) {
                       // Kept as the text a new view would be given, so that a
                       // colour bound to a number shows alike either way.
-                      style_.*field = slotText(colour);
+                      storeStyle(field, slotText(colour));
                       if (!initial) {
                           queue(std::move(colour));
                       }
@@ -280,7 +328,7 @@ void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyIn
         return;
     }
     auto store = [this, field = numberField(row.property), queue](double number, bool initial) {
-        style_.*field = number;
+        storeStyle(field, number);
         if (!initial) {
             queue(number);
         }

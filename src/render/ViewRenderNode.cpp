@@ -126,10 +126,13 @@ void ViewRenderNode::readTransitions(const Value& element)
     for (const auto& [key, entry] : transition.object()) {
         Transition record{truncateToUint32(memberOf(entry, "timing").number()), memberOf(entry, "duration").number(),
                           memberOf(entry, "delay").number()};
+        if (!transitions_) {
+            transitions_ = std::make_unique<Transitions>();
+        }
         if (key == "all") {
-            allTransition_ = record;
+            transitions_->all = record;
         } else {
-            transitions_.try_emplace(key, record);
+            transitions_->byKey.try_emplace(key, record);
         }
     }
 }
@@ -144,11 +147,28 @@ const Value& ViewRenderNode::kindValue(Property property) const
 
 const Transition* ViewRenderNode::transitionFor(std::string_view key) const
 {
-    auto found = transitions_.find(std::string(key));
-    if (found != transitions_.end()) {
+    if (!transitions_) {
+        return nullptr;
+    }
+    auto found = transitions_->byKey.find(std::string(key));
+    if (found != transitions_->byKey.end()) {
         return &found->second;
     }
-    return allTransition_ ? &*allTransition_ : nullptr;
+    return transitions_->all ? &*transitions_->all : nullptr;
+}
+
+const ViewRenderNode::Queues& ViewRenderNode::queues() const
+{
+    static const Queues none;
+    return queues_ ? *queues_ : none;
+}
+
+ViewRenderNode::Queues& ViewRenderNode::mutableQueues()
+{
+    if (!queues_) {
+        queues_ = std::make_unique<Queues>();
+    }
+    return *queues_;
 }
 
 bool ViewRenderNode::isShown() const
@@ -178,27 +198,30 @@ bool ViewRenderNode::markPending()
         pendingEntry_ = tree_.enlist(this);
         queued_ = true;
     }
-    return true;
+    // A node without a view keeps nothing, since its view is made from its
+    // current values (the first layout runs before any view exists); it is
+    // enlisted all the same, the list's order being the order of the flush.
+    return hasView_;
 }
 
 void ViewRenderNode::queuePropertyUpdate(uint32_t propertyId, Value value)
 {
     if (markPending()) {
-        propertyUpdates_.push_back({propertyId, std::move(value)});
+        mutableQueues().propertyUpdates.push_back({propertyId, std::move(value)});
     }
 }
 
 void ViewRenderNode::queueAnimatedUpdate(uint32_t propertyId, Value value, const Transition& transition)
 {
     if (markPending()) {
-        animatedUpdates_.push_back({propertyId, std::move(value), transition});
+        mutableQueues().animatedUpdates.push_back({propertyId, std::move(value), transition});
     }
 }
 
 void ViewRenderNode::queueChildChange(const ChildChange& change)
 {
     if (markPending()) {
-        childChanges_.push_back(change);
+        mutableQueues().childChanges.push_back(change);
     }
 }
 
@@ -307,9 +330,9 @@ void ViewRenderNode::applyOrigin(double value, double& cached, Property property
     // Only a transition under the key itself animates a move: "all" does
     // not apply to x and y, on purpose.
     const Transition* transition = nullptr;
-    if (hasView_) {
-        auto found = transitions_.find(std::string(info(property).transitionKey));
-        if (found != transitions_.end()) {
+    if (hasView_ && transitions_) {
+        auto found = transitions_->byKey.find(std::string(info(property).transitionKey));
+        if (found != transitions_->byKey.end()) {
             transition = &found->second;
         }
     }

@@ -120,8 +120,8 @@ public:
     // its own; a flattened container hands up its children's lists instead.
     virtual std::optional<HostNodeList> collectHostNodes();
 
-    // Whether this node may queue now (shown, not flattened, engine alive);
-    // enlists it once in the engine's pending list.
+    // Enlists the node once in the tree's pending list when it is shown, not
+    // flattened and its engine alive; whether it may queue: only with a view.
     bool markPending();
     void queuePropertyUpdate(uint32_t propertyId, Value value);
     void queueAnimatedUpdate(uint32_t propertyId, Value value, const Transition& transition);
@@ -168,16 +168,16 @@ public:
     // The layout values last sent to the host, and the style values last
     // bound: what a new view is made from.
     const LayoutCache& layout() const { return layout_; }
-    const StyleCache& style() const { return style_; }
+    const StyleCache& style() const { return style_ ? *style_ : defaultStyle(); }
     // The kind's own host properties, in the order of its list; empty for
     // kinds without any.
     const std::vector<Value>& kindValues() const { return kindValues_; }
 
     // What the node has queued for its view since the last flush, and
     // whether it is on the tree's pending list.
-    const std::vector<ChildChange>& childChanges() const { return childChanges_; }
-    const std::vector<PropertyUpdate>& propertyUpdates() const { return propertyUpdates_; }
-    const std::vector<AnimatedUpdate>& animatedUpdates() const { return animatedUpdates_; }
+    const std::vector<ChildChange>& childChanges() const { return queues().childChanges; }
+    const std::vector<PropertyUpdate>& propertyUpdates() const { return queues().propertyUpdates; }
+    const std::vector<AnimatedUpdate>& animatedUpdates() const { return queues().animatedUpdates; }
     bool queued() const { return queued_; }
 
 protected:
@@ -228,6 +228,27 @@ private:
     // engine holds it only weakly, so it goes with the node.
     void keepBinding(ObserverPtr observer);
 
+    // What the node has queued for its view; allocated only while it has
+    // queued something, most nodes being idle.
+    struct Queues {
+        std::vector<ChildChange> childChanges;
+        std::vector<PropertyUpdate> propertyUpdates;
+        std::vector<AnimatedUpdate> animatedUpdates;
+    };
+    // The "transition" entries, for the few nodes that have any.
+    struct Transitions {
+        std::unordered_map<std::string, Transition> byKey;
+        std::optional<Transition> all;
+    };
+    const Queues& queues() const;
+    Queues& mutableQueues();
+    // The style a node has until a binding sets a value other than the
+    // default: most nodes keep it, so only the others hold a copy.
+    static const StyleCache& defaultStyle();
+    StyleCache& mutableStyle();
+    template <typename Field, typename Set>
+    void storeStyle(Field field, const Set& value);
+
     void leaveTree() noexcept;
     void readTransitions(const Value& element);
     void readLayout();
@@ -242,15 +263,12 @@ private:
     const NodeKind* kind_;
     RenderTree& tree_;
     LayoutCache layout_;
-    StyleCache style_;
+    std::unique_ptr<StyleCache> style_;
     bool visible_ = true;
     bool hasView_ = false;
     bool flattened_ = false;
-    std::unordered_map<std::string, Transition> transitions_;
-    std::optional<Transition> allTransition_;
-    std::vector<ChildChange> childChanges_;
-    std::vector<PropertyUpdate> propertyUpdates_;
-    std::vector<AnimatedUpdate> animatedUpdates_;
+    std::unique_ptr<Transitions> transitions_;
+    std::unique_ptr<Queues> queues_;
     std::vector<Value> kindValues_;
     // Only markPending sets it and only the tree's flush clears it (when it
     // takes the node off the list).
