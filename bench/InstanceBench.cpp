@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchCards.h"
 #include "BenchData.h"
 #include "engine/Host.h"
 #include "engine/MeroInstance.h"
@@ -21,37 +22,7 @@
 
 namespace {
 
-// A host that makes no views and answers a fixed content size.
-class NullHost : public Mero::Host {
-public:
-    bool attached() const override { return true; }
-    void logLine(const std::string& /*text*/) override {}
-    std::vector<const Mero::ViewRenderNode*> apply(const Mero::ChangeList& changes) override
-    {
-        benchmark::DoNotOptimize(changes.data());
-        return {};
-    }
-    Mero::ContentSize contentSize(const std::string& /*viewId*/) override { return {200.0F, 50.0F}; }
-};
-
-// A card shown as the JVM benchmark shows it: 1080 wide, height from content,
-// texts measured at 120 by 30 by the host.
-void showCard(Mero::MeroInstance& instance, const std::string& templateText, const std::string& data)
-{
-    instance.bindHost(std::make_unique<NullHost>());
-    instance.runtime().services.measureText = [](const Mero::TextContent&) { return std::pair(120.0, 30.0); };
-    instance.setScreenWidth(1080.0F);
-    instance.loadTemplate(templateText);
-    instance.setData(data, "{}");
-    instance.initContainerSize(1080.0F, 0.0F, 1, 0);
-    instance.initNode();
-    instance.triggerInitEvent();
-    instance.applyLayout();
-    // What createComponentTree does for each host view, short of calling
-    // Java: the node's slot buffers, in one tree of views.
-    std::optional<Mero::ViewTree> views = instance.createComponentTree();
-    benchmark::DoNotOptimize(views);
-}
+using namespace MeroBench;
 
 // The two feed templates read the feed's data; the bridge card reads none.
 void BM_InstanceStart_NoJni(benchmark::State& state, const char* file, const char* dataFile)

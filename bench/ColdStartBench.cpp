@@ -1,0 +1,142 @@
+// Cold start: a card from its template text to the tree of host views
+// (loadTemplate to the end of createComponentTree, with a host that makes
+// nothing), beside the floor no engine can go under: reading the template and
+// data once (simdjson) and building and laying out the same Yoga tree
+// directly, its styles already known. The ratio printed at the end is the
+// engine's overhead over that floor.
+#include <benchmark/benchmark.h>
+#include <yoga/Yoga.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "BenchCards.h"
+#include "BenchData.h"
+#include "render/RenderTree.h"
+#include "render/ViewRenderNode.h"
+#include "value/ErrorReporting.h"
+
+#ifdef MERO_BENCH_SIMDJSON
+#include <simdjson.h>
+#endif
+
+namespace {
+
+using namespace MeroBench;
+
+struct BenchCard {
+    std::string templateText;
+    std::string data;
+};
+
+BenchCard benchCard(const std::string& name)
+{
+    if (name == "appinstall") {
+        return {readDataFile("app_install_template.json"), readDataFile("feed_data.json")};
+    }
+    if (name == "carousel") {
+        return {readDataFile("carousel_template.json"), readDataFile("feed_data.json")};
+    }
+    if (name == "bridgecard") {
+        return {readDataFile("bridge_card.json"), "{}"};
+    }
+    return {cardTemplate(rowsFor(std::stoi(name))), "{}"};
+}
+
+void BM_ColdStart_Mero(benchmark::State& state, const std::string& name)
+{
+    Mero::debugMode = false;
+    const BenchCard card = benchCard(name);
+    for (auto _ : state) {
+        Mero::MeroInstance instance;
+        showCard(instance, card.templateText, card.data);
+    }
+}
+
+#ifdef MERO_BENCH_SIMDJSON
+// What a text node measures in showCard: 120 by 30 at most.
+YGSize measureLikeTheHost(YGNodeConstRef /*node*/, float width, YGMeasureMode widthMode, float /*height*/,
+                          YGMeasureMode /*heightMode*/)
+{
+    return YGSize{widthMode == YGMeasureModeUndefined ? 120.0F : std::min(width, 120.0F), 30.0F};
+}
+
+// A copy of a laid-out Yoga tree's styles and shape: what a direct build
+// would know from the template.
+YGNodeRef buildLike(YGNodeConstRef model)
+{
+    YGNodeRef node = YGNodeNew();
+    YGNodeCopyStyle(node, model);
+    if (YGNodeHasMeasureFunc(model)) {
+        YGNodeSetMeasureFunc(node, measureLikeTheHost);
+    }
+    const std::size_t count = YGNodeGetChildCount(model);
+    for (std::size_t i = 0; i < count; ++i) {
+        YGNodeInsertChild(node, buildLike(YGNodeGetChild(const_cast<YGNodeRef>(model), i)), i);
+    }
+    return node;
+}
+
+double readFrames(YGNodeRef node)
+{
+    double sum =
+        YGNodeLayoutGetLeft(node) + YGNodeLayoutGetTop(node) + YGNodeLayoutGetWidth(node) + YGNodeLayoutGetHeight(node);
+    for (YGEdge edge : {YGEdgeLeft, YGEdgeTop, YGEdgeRight, YGEdgeBottom}) {
+        sum += YGNodeLayoutGetPadding(node, edge) + YGNodeLayoutGetBorder(node, edge);
+    }
+    const std::size_t count = YGNodeGetChildCount(node);
+    for (std::size_t i = 0; i < count; ++i) {
+        sum += readFrames(YGNodeGetChild(node, i));
+    }
+    return sum;
+}
+
+void BM_ColdStart_Floor(benchmark::State& state, const std::string& name)
+{
+    Mero::debugMode = false;
+    const BenchCard card = benchCard(name);
+    // The model: the tree the engine builds for this card, laid out once.
+    Mero::MeroInstance model;
+    showCard(model, card.templateText, card.data);
+    const YGNodeConstRef modelRoot = model.renderTree().root()->yogaNode;
+    const float width = YGNodeLayoutGetWidth(modelRoot);
+
+    simdjson::dom::parser parser;
+    for (auto _ : state) {
+        // Parsing from the std::string copies it into padding, as a reader
+        // handed a host string would.
+        simdjson::dom::element templateRoot;
+        simdjson::dom::element dataRoot;
+        benchmark::DoNotOptimize(parser.parse(card.templateText).get(templateRoot));
+        benchmark::DoNotOptimize(templateRoot);
+        simdjson::dom::parser dataParser;
+        benchmark::DoNotOptimize(dataParser.parse(card.data).get(dataRoot));
+        benchmark::DoNotOptimize(dataRoot);
+
+        YGNodeRef root = buildLike(modelRoot);
+        YGNodeCalculateLayout(root, width, YGUndefined, YGDirectionLTR);
+        benchmark::DoNotOptimize(readFrames(root));
+        YGNodeFreeRecursive(root);
+    }
+    state.counters["yoga_nodes"] = static_cast<double>(model.renderTree().nodeCount());
+}
+#endif
+
+void registerColdStart()
+{
+    for (const char* name : {"21", "101", "501", "appinstall", "carousel", "bridgecard"}) {
+        benchmark::RegisterBenchmark((std::string("BM_ColdStart_Mero/") + name).c_str(), BM_ColdStart_Mero,
+                                     std::string(name))
+            ->Unit(benchmark::kMicrosecond);
+#ifdef MERO_BENCH_SIMDJSON
+        benchmark::RegisterBenchmark((std::string("BM_ColdStart_Floor/") + name).c_str(), BM_ColdStart_Floor,
+                                     std::string(name))
+            ->Unit(benchmark::kMicrosecond);
+#endif
+    }
+}
+
+const bool registered = (registerColdStart(), true);
+
+}  // namespace
