@@ -9,19 +9,14 @@ namespace Mero {
 
 namespace {
 
-// The table of UI variables. When "variables" is missing or not an object,
-// the engine works on the process-wide shared empty object that the object
-// accessor hands out, not on a private map: kept on purpose, templates
-// without variables have always shared it.
+// The table of UI variables. When "variables" is missing or not an object the
+// card gets an empty table of its own. (Such cards once shared one
+// process-wide object, the default that a mismatched Value handed out, so a
+// variable one card set was seen by every other: no longer.)
 ObjectPtr uiVariablesOf(const Value& variables)
 {
-    if (variables.is(Kind::Object)) {
-        ObjectPtr table = variables.objectPtr();
-        return table ? table : std::make_shared<ValueObject>();
-    }
-    // Non-owning: the shared default lives for the whole process.
-    Value mismatched;
-    return ObjectPtr(ObjectPtr(), &mismatched.object());
+    ObjectPtr table = variables.objectPtr();
+    return table ? table : std::make_shared<ValueObject>();
 }
 
 std::unique_ptr<CustomFunction> loadFunction(const Value& entry)

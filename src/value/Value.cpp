@@ -9,11 +9,22 @@ namespace Mero {
 
 namespace {
 
+// What a read of the wrong kind gives: one immutable default per type.
 template <typename T>
-T& sharedDefault()
+const T& sharedDefault()
 {
-    // Made once, on first use; shared by every mismatched access.
-    static T value{};
+    static const T value{};
+    return value;
+}
+
+// What a writable access of the wrong kind gives: a scratch value made
+// default again at every such access, so that a write through it reaches
+// no other Value (it is lost, as the value has no member of that kind).
+template <typename T>
+T& scratchDefault()
+{
+    thread_local T value{};
+    value = T{};
     return value;
 }
 
@@ -95,47 +106,47 @@ void Value::releaseContainer() noexcept
 
 double& Value::number()
 {
-    return kind_ == Kind::Number ? std::get<double>(payload_) : sharedDefault<double>();
+    return kind_ == Kind::Number ? std::get<double>(payload_) : scratchDefault<double>();
 }
 const double& Value::number() const
 {
-    return const_cast<Value*>(this)->number();
+    return kind_ == Kind::Number ? std::get<double>(payload_) : sharedDefault<double>();
 }
 
 std::string& Value::string()
 {
-    return kind_ == Kind::String ? std::get<std::string>(payload_) : sharedDefault<std::string>();
+    return kind_ == Kind::String ? std::get<std::string>(payload_) : scratchDefault<std::string>();
 }
 const std::string& Value::string() const
 {
-    return const_cast<Value*>(this)->string();
+    return kind_ == Kind::String ? std::get<std::string>(payload_) : sharedDefault<std::string>();
 }
 
 bool& Value::boolean()
 {
-    return kind_ == Kind::Boolean ? std::get<bool>(payload_) : sharedDefault<bool>();
+    return kind_ == Kind::Boolean ? std::get<bool>(payload_) : scratchDefault<bool>();
 }
 const bool& Value::boolean() const
 {
-    return const_cast<Value*>(this)->boolean();
+    return kind_ == Kind::Boolean ? std::get<bool>(payload_) : sharedDefault<bool>();
 }
 
 ValueArray& Value::array()
 {
-    return kind_ == Kind::Array ? *std::get<ArrayPtr>(payload_) : sharedDefault<ValueArray>();
+    return kind_ == Kind::Array ? *std::get<ArrayPtr>(payload_) : scratchDefault<ValueArray>();
 }
 const ValueArray& Value::array() const
 {
-    return const_cast<Value*>(this)->array();
+    return kind_ == Kind::Array ? *std::get<ArrayPtr>(payload_) : sharedDefault<ValueArray>();
 }
 
 ValueObject& Value::object()
 {
-    return kind_ == Kind::Object ? *std::get<ObjectPtr>(payload_) : sharedDefault<ValueObject>();
+    return kind_ == Kind::Object ? *std::get<ObjectPtr>(payload_) : scratchDefault<ValueObject>();
 }
 const ValueObject& Value::object() const
 {
-    return const_cast<Value*>(this)->object();
+    return kind_ == Kind::Object ? *std::get<ObjectPtr>(payload_) : sharedDefault<ValueObject>();
 }
 
 ArrayPtr Value::arrayPtr() const

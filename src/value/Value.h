@@ -105,10 +105,12 @@ public:
     const Payload& payload() const noexcept { return payload_; }
 
     // Typed accessors. When the kind does not match they quietly return a
-    // shared, process-wide default (0.0, "", false, an empty array or object).
-    // The defaults are shared by every mismatched Value: callers must not
-    // change them. When the kind matches but the payload holds another
-    // alternative, std::bad_variant_access is thrown (a fault elsewhere).
+    // default (0.0, "", false, an empty array or object): through a const
+    // Value one shared immutable default, through a mutable one a scratch
+    // copy made default again at each such access, so a write through it
+    // changes nothing another Value reads. When the kind matches but the
+    // payload holds another alternative, std::bad_variant_access is thrown (a
+    // fault elsewhere).
     double& number();
     const double& number() const;
     std::string& string();

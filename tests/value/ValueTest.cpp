@@ -83,7 +83,7 @@ TEST(ValueCopying, MovedFromValueReadsAsNull)
     EXPECT_TRUE(array.isNull());  // NOLINT(bugprone-use-after-move)
 }
 
-TEST(ValueAccessors, MismatchedKindsReturnTheSharedDefaults)
+TEST(ValueAccessors, MismatchedKindsReturnDefaultsThatNoWriteReaches)
 {
     Value nothing;
     Value number(5.0);
@@ -92,10 +92,17 @@ TEST(ValueAccessors, MismatchedKindsReturnTheSharedDefaults)
     EXPECT_FALSE(number.boolean());
     EXPECT_TRUE(number.array().empty());
     EXPECT_TRUE(number.object().empty());
-    // One shared default for every mismatched access.
-    EXPECT_EQ(&nothing.array(), &number.array());
-    EXPECT_EQ(&nothing.object(), &Value("x").object());
-    EXPECT_EQ(&nothing.number(), &Value(true).number());
+    // A write through a mismatched accessor reaches no other Value.
+    number.object().try_emplace("k", Value(1.0));
+    number.string() = "written";
+    number.array().push_back(Value(2.0));
+    nothing.number() = 3.0;
+    const Value other(true);
+    EXPECT_TRUE(other.object().empty());
+    EXPECT_EQ(other.string(), "");
+    EXPECT_TRUE(other.array().empty());
+    EXPECT_EQ(other.number(), 0.0);
+    EXPECT_TRUE(Value(2.0).object().empty());
 }
 
 TEST(ValueAccessors, NullAndNumberBothHoldZeroButOnlyKindTellsThemApart)
