@@ -94,8 +94,11 @@ test-arm: deps-arm $(BUILD)/CMakeCache.txt $(ARM64_BUILD)/CMakeCache.txt $(ARMHF
 	  fi; \
 	done
 
+# Every figure in one run: the in-process benchmarks with their ratios, then
+# the same instance work through JNI and the resident memory of live cards.
 bench: build
 	$(BUILD)/bench/mero_bench
+	cmake --build $(BUILD) --target jvm_bench
 
 # Runs every fuzz target for FUZZ_SECONDS each (make fuzz FUZZ_SECONDS=600).
 fuzz: $(FUZZ_BUILD)/CMakeCache.txt

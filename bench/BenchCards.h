@@ -37,7 +37,8 @@ inline constexpr const char* rowTemplate = R"({"$": 3, "nodeId": "row", "flexDir
 inline constexpr int nodesPerRow = 5;
 
 // A card of 1 + 5 × rows nodes; the first row's title is bound to the UI
-// variable "title", the others are constants. A fixed title is 240 by 32:
+// variable "title", the others are constants. The events "short" and "long"
+// set the title. A fixed title is 240 by 32:
 // changing it can move no frame.
 inline std::string cardTemplate(int rows, bool fixedTitle = false)
 {
@@ -53,7 +54,8 @@ inline std::string cardTemplate(int rows, bool fixedTitle = false)
     }
     return R"({"variables": {"title": "First"}, "elements": {"$": 3, "nodeId": "card", "flexDirection": 0,
         "width": {"sizeType": 6, "value": 100}, "children": [)" +
-           children + "]}}";
+           children + R"(]}, "events": [{"n": "short", "a": [], "b": [{"$": 4, "n": "title", "value": "Short"}]},
+        {"n": "long", "a": [], "b": [{"$": 4, "n": "title", "value": "A much longer title"}]}]})";
 }
 
 inline int rowsFor(int64_t nodes)

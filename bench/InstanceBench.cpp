@@ -5,6 +5,8 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
+#include <cstdlib>
+#include <fstream>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -62,5 +64,26 @@ void BM_InstanceClick_NoJni(benchmark::State& state)
     }
 }
 BENCHMARK(BM_InstanceClick_NoJni)->Unit(benchmark::kMicrosecond);
+
+// An event that changes the fixed-size title of a feed card (no frame can
+// move), to the end of its flush. With MERO_BENCH_CARDS set, the card is
+// also written there (card-<nodes>.json) for the JNI benchmark.
+void BM_InstanceTextUpdate_NoJni(benchmark::State& state)
+{
+    Mero::debugMode = false;
+    const std::string templateText = cardTemplate(rowsFor(state.range(0)), true);
+    if (const char* folder = std::getenv("MERO_BENCH_CARDS")) {
+        std::ofstream(std::filesystem::path(folder) / ("card-" + std::to_string(state.range(0)) + ".json"))
+            << templateText;
+    }
+    Mero::MeroInstance instance;
+    showCard(instance, templateText, "{}");
+    bool toShort = true;
+    for (auto _ : state) {
+        instance.sendEvent(toShort ? "short" : "long", "{}");
+        toShort = !toShort;
+    }
+}
+BENCHMARK(BM_InstanceTextUpdate_NoJni)->Arg(21)->Arg(101)->Arg(501)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -79,6 +79,53 @@ public final class JniBench {
         }
         double click = clicks(host, Files.readString(data.resolve("bridge_card.json")));
         print("click to end of flush", click, withoutJni.get("BM_InstanceClick_NoJni"));
+
+        // Feed cards written by mero_bench: an event that changes a title of fixed size.
+        Path cards = Path.of(System.getProperty("mero.benchCards"));
+        for (int nodes : new int[] {21, 101, 501}) {
+            String template = Files.readString(cards.resolve("card-" + nodes + ".json"));
+            print("text update, " + nodes + " nodes", textUpdates(host, template),
+                    withoutJni.get("BM_InstanceTextUpdate_NoJni/" + nodes));
+        }
+        residentPerNode(host, Files.readString(cards.resolve("card-501.json")), 200, 501);
+    }
+
+    /** Mean microseconds of one event that sets the title, after 20,000 to warm up. */
+    private static double textUpdates(QuietHost host, String template) {
+        show(host, 9, template, "{}");
+        long start = 0;
+        for (int i = -20_000; i < 100_000; i++) {
+            start = i == 0 ? System.nanoTime() : start;
+            host.sendEvent(9, i % 2 == 0 ? "short" : "long", "{}");
+        }
+        double micros = (System.nanoTime() - start) / 1000.0 / 100_000;
+        host.releaseInstance(9);
+        return micros;
+    }
+
+    /** The process's resident memory grown by `count` live cards, per render node. */
+    private static void residentPerNode(QuietHost host, String template, int count, int nodes) throws IOException {
+        System.gc();
+        long before = residentKilobytes();
+        for (int handle = 100; handle < 100 + count; handle++) {
+            show(host, handle, template, "{}");
+        }
+        System.gc();
+        long after = residentKilobytes();
+        for (int handle = 100; handle < 100 + count; handle++) {
+            host.releaseInstance(handle);
+        }
+        System.out.printf("%d live cards of %d nodes: resident memory +%d KB, %.2f KB per render node%n", count, nodes,
+                after - before, (after - before) / (double) (count * nodes));
+    }
+
+    private static long residentKilobytes() throws IOException {
+        for (String line : Files.readAllLines(Path.of("/proc/self/status"))) {
+            if (line.startsWith("VmRSS:")) {
+                return Long.parseLong(line.replaceAll("[^0-9]", ""));
+            }
+        }
+        return 0;
     }
 
     private static void print(String work, double jni, Double withoutJni) {
@@ -136,7 +183,7 @@ public final class JniBench {
         if (file == null || !Files.exists(Path.of(file))) {
             return times;
         }
-        Matcher entry = Pattern.compile("\"name\": \"([^\"]+)\",.*?\"real_time\": ([0-9.e+]+)", Pattern.DOTALL)
+        Matcher entry = Pattern.compile("\"name\": \"([^\"]+)\",.*?\"real_time\": ([0-9.eE+-]+)", Pattern.DOTALL)
                 .matcher(Files.readString(Path.of(file)));
         while (entry.find()) {
             times.put(entry.group(1), Double.parseDouble(entry.group(2)));
