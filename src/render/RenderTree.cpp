@@ -101,31 +101,53 @@ std::optional<ViewTree> RenderTree::createViews()
     return makeViewTree(*root_);
 }
 
-ViewTree RenderTree::makeViewTree(ViewRenderNode& node)
+namespace {
+
+// The nodes whose views are the host children of `node`'s view.
+HostNodeList hostChildrenOf(const ViewRenderNode& node)
 {
-    ViewTree view{collectViewSlots(node), {}, &node};
-    node.hasView_ = true;
-    node.queues_.reset();
+    HostNodeList shown;
     if (node.isContainer()) {
-        for (const RenderNodePtr& child : static_cast<ContainerRenderNode&>(node).children) {
-            for (ViewRenderNode* shown : child->collectHostNodes().value_or(HostNodeList())) {
-                view.children.push_back(makeViewTree(*shown));
+        for (const RenderNodePtr& child : static_cast<const ContainerRenderNode&>(node).children) {
+            for (ViewRenderNode* view : child->collectHostNodes().value_or(HostNodeList())) {
+                shown.push_back(view);
             }
         }
     }
+    return shown;
+}
+
+// Fills `view` in place, children included: a view's slots are large, and
+// moving them into place was a good part of making the tree.
+template <typename Node, typename Visit>
+void fillViewTree(ViewTree& view, Node& node, const Visit& visit)
+{
+    collectViewSlots(node, view.slots);
+    view.node = &node;
+    visit(node);
+    const HostNodeList shown = hostChildrenOf(node);
+    view.children.resize(shown.size());
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        fillViewTree(view.children[i], *shown[i], visit);
+    }
+}
+
+}  // namespace
+
+ViewTree RenderTree::makeViewTree(ViewRenderNode& node)
+{
+    ViewTree view;
+    fillViewTree(view, node, [](ViewRenderNode& made) {
+        made.hasView_ = true;
+        made.queues_.reset();
+    });
     return view;
 }
 
 ViewTree RenderTree::describeViews(const ViewRenderNode& node)
 {
-    ViewTree view{collectViewSlots(node), {}, &node};
-    if (node.isContainer()) {
-        for (const RenderNodePtr& child : static_cast<const ContainerRenderNode&>(node).children) {
-            for (ViewRenderNode* shown : child->collectHostNodes().value_or(HostNodeList())) {
-                view.children.push_back(describeViews(*shown));
-            }
-        }
-    }
+    ViewTree view;
+    fillViewTree(view, node, [](const ViewRenderNode&) {});
     return view;
 }
 

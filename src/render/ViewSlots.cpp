@@ -122,9 +122,8 @@ void ViewSlots::put(uint32_t propertyId, const Value& value)
     }
 }
 
-ViewSlots collectViewSlots(const ViewRenderNode& node)
+void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots)
 {
-    ViewSlots slots;
     slots.type = node.type;
     for (Property property : commonProperties()) {
         const PropertyInfo& row = info(property);
@@ -151,7 +150,6 @@ ViewSlots collectViewSlots(const ViewRenderNode& node)
         slots.strings[ViewSlots::kLoopAnimationSlot] = jsonWithinLimit(node.loopAnimation);
     }
     putGradient(slots, node.style().gradient);
-    return slots;
 }
 
 }  // namespace Mero

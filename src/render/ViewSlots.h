@@ -54,7 +54,14 @@ struct ViewSlots {
 // a boolean written out, anything else empty.
 std::string slotText(const Value& value);
 
-// The buffers for `node`: its common properties, then its kind's own.
-ViewSlots collectViewSlots(const ViewRenderNode& node);
+// The buffers for `node`: its common properties, then its kind's own,
+// written into `slots` (fresh ones).
+void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots);
+inline ViewSlots collectViewSlots(const ViewRenderNode& node)
+{
+    ViewSlots slots;
+    collectViewSlots(node, slots);
+    return slots;
+}
 
 }  // namespace Mero
