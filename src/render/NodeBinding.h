@@ -30,7 +30,7 @@ inline const Value* propertyOf(const Value& element, std::string_view key)
         return nullptr;
     }
     const ValueObject& members = element.object();
-    auto found = members.find(std::string(key));
+    auto found = members.find(key);
     if (found == members.end() || found->second.isNull()) {
         return nullptr;
     }

@@ -24,7 +24,7 @@ RenderNodePtr make(const Value& element, ContainerRenderNode* parent, RenderTree
 RenderNodePtr constructNode(const Value& element, ContainerRenderNode* parent, RenderTree& tree,
                             const LocalScope& scope)
 {
-    auto found = element.object().find(std::string(keyOf(Property::Type)));
+    auto found = element.object().find(keyOf(Property::Type));
     const double code = found == element.object().end() ? 0.0 : found->second.number();
     const NodeKind* kind = kindOfCode(truncateToUint32(code));
     if (kind == nullptr) {

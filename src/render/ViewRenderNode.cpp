@@ -21,7 +21,7 @@ namespace {
 
 const Value& memberOf(const Value& element, Property property)
 {
-    return Mero::memberOf(element, std::string(keyOf(property)));
+    return Mero::memberOf(element, keyOf(property));
 }
 
 // Items of a list are told apart by their numeric locals: "id#0", and

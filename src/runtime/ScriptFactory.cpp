@@ -181,7 +181,7 @@ RuntimeExecutePtr createRuntimeExecute(const Value& node)
 
 void buildStatementList(const Value& node, std::string_view key, StatementList& statements)
 {
-    const ValueArray& list = memberOf(node, std::string(key)).array();
+    const ValueArray& list = memberOf(node, key).array();
     statements.reserve(statements.size() + list.size());
     for (const Value& element : list) {
         statements.push_back(createRuntimeExecute(element));
