@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include <yoga/Yoga.h>
+
 #include "engine/Host.h"
 #include "engine/MeroInstance.h"
 #include "runtime/RuntimeEngine.h"
@@ -99,6 +101,21 @@ inline void showCard(Mero::MeroInstance& instance, const std::string& templateTe
     // Java: the node's slot buffers, in one tree of views.
     std::optional<Mero::ViewTree> views = instance.createComponentTree();
     benchmark::DoNotOptimize(views);
+}
+
+// Reads back every frame of a Yoga tree, as a render node reads its own.
+inline double readFrames(YGNodeRef node)
+{
+    double sum =
+        YGNodeLayoutGetLeft(node) + YGNodeLayoutGetTop(node) + YGNodeLayoutGetWidth(node) + YGNodeLayoutGetHeight(node);
+    for (YGEdge edge : {YGEdgeLeft, YGEdgeTop, YGEdgeRight, YGEdgeBottom}) {
+        sum += YGNodeLayoutGetPadding(node, edge) + YGNodeLayoutGetBorder(node, edge);
+    }
+    const std::size_t count = YGNodeGetChildCount(node);
+    for (std::size_t i = 0; i < count; ++i) {
+        sum += readFrames(YGNodeGetChild(node, i));
+    }
+    return sum;
 }
 
 }  // namespace MeroBench

@@ -78,20 +78,6 @@ YGNodeRef buildLike(YGNodeConstRef model)
     return node;
 }
 
-double readFrames(YGNodeRef node)
-{
-    double sum =
-        YGNodeLayoutGetLeft(node) + YGNodeLayoutGetTop(node) + YGNodeLayoutGetWidth(node) + YGNodeLayoutGetHeight(node);
-    for (YGEdge edge : {YGEdgeLeft, YGEdgeTop, YGEdgeRight, YGEdgeBottom}) {
-        sum += YGNodeLayoutGetPadding(node, edge) + YGNodeLayoutGetBorder(node, edge);
-    }
-    const std::size_t count = YGNodeGetChildCount(node);
-    for (std::size_t i = 0; i < count; ++i) {
-        sum += readFrames(YGNodeGetChild(node, i));
-    }
-    return sum;
-}
-
 void BM_ColdStart_Floor(benchmark::State& state, const std::string& name)
 {
     Mero::debugMode = false;

@@ -96,20 +96,6 @@ YGNodeRef yogaRow(float scale)
     return row;
 }
 
-double readLayout(YGNodeRef node)
-{
-    double sum =
-        YGNodeLayoutGetLeft(node) + YGNodeLayoutGetTop(node) + YGNodeLayoutGetWidth(node) + YGNodeLayoutGetHeight(node);
-    for (YGEdge edge : {YGEdgeLeft, YGEdgeTop, YGEdgeRight, YGEdgeBottom}) {
-        sum += YGNodeLayoutGetPadding(node, edge) + YGNodeLayoutGetBorder(node, edge);
-    }
-    const std::size_t count = YGNodeGetChildCount(node);
-    for (std::size_t i = 0; i < count; ++i) {
-        sum += readLayout(YGNodeGetChild(node, i));
-    }
-    return sum;
-}
-
 void BM_RenderInit_Yoga(benchmark::State& state)
 {
     const int rows = rowsFor(state.range(0));
@@ -123,7 +109,7 @@ void BM_RenderInit_Yoga(benchmark::State& state)
             YGNodeInsertChild(card, yogaRow(scale), static_cast<std::size_t>(i));
         }
         YGNodeCalculateLayout(card, 1080.0F, YGUndefined, YGDirectionLTR);
-        benchmark::DoNotOptimize(readLayout(card));
+        benchmark::DoNotOptimize(readFrames(card));
         YGNodeFreeRecursive(card);
     }
     state.counters["nodes"] = static_cast<double>(1 + nodesPerRow * rows);
