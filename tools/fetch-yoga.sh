@@ -15,33 +15,13 @@ dest=${1:?usage: fetch-yoga.sh DEST_DIR}
 # shellcheck source=/dev/null
 source <(grep -E '^YOGA_NPM_(PACKAGE|INTEGRITY)=' "$lock")
 
-fail() {
-  echo "fetch-yoga: $*" >&2
-  echo "fetch-yoga: nothing was cached; fix the cause and run the build again to retry." >&2
-  exit 1
-}
-
-command -v npm >/dev/null || fail "npm is not installed (apt-get install npm)"
-command -v node >/dev/null || fail "node is not installed (apt-get install nodejs)"
+tool=fetch-yoga retry_hint="run the build again"
+# shellcheck source=tools/npm-fetch.sh
+source "$here/npm-fetch.sh"
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-
-echo "fetch-yoga: downloading $YOGA_NPM_PACKAGE from the npm registry" >&2
-if ! (cd "$work" && npm pack --silent "$YOGA_NPM_PACKAGE" >pack.out 2>pack.err); then
-  cat "$work/pack.err" >&2 || true
-  fail "npm pack $YOGA_NPM_PACKAGE failed (is the npm registry reachable?)"
-fi
-tarball="$work/$(tail -n 1 "$work/pack.out")"
-[ -f "$tarball" ] || fail "npm pack did not produce a tarball"
-
-actual=$(node -e '
-  const data = require("fs").readFileSync(process.argv[1]);
-  process.stdout.write("sha512-" + require("crypto").createHash("sha512").update(data).digest("base64"));
-' "$tarball")
-if [ "$actual" != "$YOGA_NPM_INTEGRITY" ]; then
-  fail "integrity mismatch for $YOGA_NPM_PACKAGE: expected $YOGA_NPM_INTEGRITY, got $actual"
-fi
+tarball=$(fetch_verified_package "$YOGA_NPM_PACKAGE" "$YOGA_NPM_INTEGRITY" "$work")
 
 mkdir -p "$work/out"
 tar -xzf "$tarball" -C "$work/out" --strip-components=3 package/ReactCommon/yoga/yoga \
