@@ -32,7 +32,7 @@ FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parent
     : ContainerRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
     if (const Value* list = NodeBinding::propertyOf(element, keyOf(Property::Children))) {
-        childElements = *list;
+        childElements = list->arrayPtr();
     }
     // Every flex value is set, its default too: the direction defaults to
     // row, not to Yoga's column.
@@ -52,8 +52,8 @@ FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parent
 
 void FlexRenderNode::createChildren()
 {
-    const ValueArray& elements = childElements.array();
-    if (!elements.empty()) {
+    if (childElements && !childElements->empty()) {
+        const ValueArray& elements = *childElements;
         children.reserve(elements.size());
         for (const Value& element : elements) {
             RenderNodePtr child = createRenderNode(element, this, tree(), scope);
@@ -65,7 +65,7 @@ void FlexRenderNode::createChildren()
         }
         insertShownChildren();
     }
-    childElements = Value();
+    childElements.reset();
 }
 
 void FlexRenderNode::insertShownChildren()

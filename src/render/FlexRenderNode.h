@@ -17,8 +17,9 @@ public:
     // in or out of this node's Yoga children.
     void onChildVisibleChanged(ViewRenderNode* child) override;
 
-    // The element's "children", until createChildren has used them.
-    Value childElements;
+    // The element's "children" (when an array), until createChildren has used
+    // them.
+    ArrayPtr childElements;
 
 protected:
     // The number of shown children before `child`, or -1 if it is not ours.

@@ -21,11 +21,10 @@ ForRenderNode::ForRenderNode(const Value& element, ContainerRenderNode* parentNo
     if (const Value* name = NodeBinding::propertyOf(element, keyOf(Property::Item))) {
         itemName = name->string();
     }
-    const ValueArray& templates = childElements.array();
-    if (!templates.empty()) {
-        itemTemplate = templates.front();
+    if (childElements && !childElements->empty()) {
+        itemTemplate = childElements->front();
     }
-    childElements = Value();
+    childElements.reset();
 }
 
 RenderNodePtr ForRenderNode::buildItem(std::size_t index)

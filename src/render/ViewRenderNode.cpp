@@ -40,14 +40,17 @@ std::string scopedNodeId(const Value& element, const LocalScope& scope)
     return id;
 }
 
-// "loopAnimation", evaluated once at construction.
-Value evaluatedOnce(const Value& element, Property property, const LocalScope& scope, const EngineRef& engine)
+// "loopAnimation", evaluated once at construction; absent when the element
+// has none.
+std::unique_ptr<const Value> evaluatedOnce(const Value& element, Property property, const LocalScope& scope,
+                                           const EngineRef& engine)
 {
     const Value* value = NodeBinding::propertyOf(element, keyOf(property));
     if (value == nullptr) {
-        return Value();
+        return nullptr;
     }
-    return NodeBinding::isScalar(*value) ? *value : createRuntimeObject(*value)->value(scope, engine);
+    return std::make_unique<const Value>(NodeBinding::isScalar(*value) ? *value
+                                                                       : createRuntimeObject(*value)->value(scope, engine));
 }
 
 // Padding ids run left, top, right, bottom; border ids left, right, top,
@@ -83,9 +86,9 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
       scope(std::move(localScope)),
       yogaNode(YGNodeNew()),
       onClick(memberOf(element, Property::OnClick).string()),
-      loopAnimation(evaluatedOnce(element, Property::LoopAnimation, scope, engine)),
       kind_(kindOfCode(type) != nullptr ? kindOfCode(type) : kindOfCode(0)),
-      tree_(renderTree)
+      tree_(renderTree),
+      loopAnimation_(evaluatedOnce(element, Property::LoopAnimation, scope, engine))
 {
     YGNodeSetContext(yogaNode, this);
     tree_.nodeMade();
@@ -143,6 +146,12 @@ const Value& ViewRenderNode::kindValue(Property property) const
     const int slot = kindSlotOf(*kind_, property);
     return slot >= 0 && static_cast<std::size_t>(slot) < kindValues_.size() ? kindValues_[static_cast<std::size_t>(slot)]
                                                                            : none;
+}
+
+const Value& ViewRenderNode::loopAnimation() const
+{
+    static const Value none;
+    return loopAnimation_ ? *loopAnimation_ : none;
 }
 
 const Transition* ViewRenderNode::transitionFor(std::string_view key) const

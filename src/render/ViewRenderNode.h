@@ -152,10 +152,11 @@ public:
     const EngineRef engine;
     const LocalScope scope;
     const OwnedYogaNode yogaNode;
-    // The "onClick" event name (what a click dispatches) and the evaluated
-    // "loopAnimation", both read once.
+    // The "onClick" event name (what a click dispatches), read once.
     const std::string onClick;
-    const Value loopAnimation;
+    // The "loopAnimation", evaluated once; null for most nodes, which have
+    // none and keep no room for it.
+    const Value& loopAnimation() const;
 
     bool visible() const { return visible_; }
     // A flattened ("isEmpty") container has no view of its own: its shown
@@ -267,6 +268,7 @@ private:
     bool visible_ = true;
     bool hasView_ = false;
     bool flattened_ = false;
+    const std::unique_ptr<const Value> loopAnimation_;
     std::unique_ptr<Transitions> transitions_;
     std::unique_ptr<Queues> queues_;
     std::vector<Value> kindValues_;

@@ -146,8 +146,8 @@ void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots)
     }
     slots.strings[ViewSlots::kNodeIdSlot] = node.nodeId;
     slots.strings[ViewSlots::kOnClickSlot] = node.onClick;
-    if (!node.loopAnimation.isNull()) {
-        slots.strings[ViewSlots::kLoopAnimationSlot] = jsonWithinLimit(node.loopAnimation);
+    if (!node.loopAnimation().isNull()) {
+        slots.strings[ViewSlots::kLoopAnimationSlot] = jsonWithinLimit(node.loopAnimation());
     }
     putGradient(slots, node.style().gradient);
 }

@@ -45,7 +45,7 @@ TEST(RenderNodeLoopAnimation, IsEvaluatedOnceAtConstruction)
     RenderCard card(R"({"variables": {"spin": "slow"}})");
     ViewRenderNode node = view(card, R"({"$": 0, "loopAnimation": {"kind": {"$": 3, "n": "spin"}}})");
     card.set("spin", R"("fast")");
-    EXPECT_EQ(node.loopAnimation.object().at("kind").string(), "slow");
+    EXPECT_EQ(node.loopAnimation().object().at("kind").string(), "slow");
 }
 
 TEST(RenderNodeQueue, NodesEnlistOnceAnEmptyOneNeverAndADestroyedOneLeavesThePendingList)
