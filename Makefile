@@ -77,7 +77,7 @@ test-asan: $(ASAN_BUILD)/CMakeCache.txt
 
 # Cross-builds Yoga, the library and the C++ tests for 64-bit ARM (arm64-v8a)
 # and 32-bit ARM (armeabi-v7a), runs the tests under qemu-user, and fails when
-# the card dump (tests/parity) of either differs from the desktop's.
+# the card dump (tools/card-dump.cpp) of either differs from the desktop's.
 test-arm: deps-arm $(BUILD)/CMakeCache.txt $(ARM64_BUILD)/CMakeCache.txt $(ARMHF_BUILD)/CMakeCache.txt
 	cmake --build $(BUILD) --target mero_card_dump -j $(JOBS)
 	$(BUILD)/tests/mero_card_dump . $(BUILD)/card-dump.txt
