@@ -104,6 +104,19 @@ public final class PreviewCliTests {
                 equal(true, Files.exists(work.resolve(mode + "/step-01.png")), mode + " still draws the step");
             }
         });
+        check("the template checker's findings come first; --strict fails on them after drawing", () -> {
+            Path misspelled = write("misspelled.json",
+                    "{\"elements\": {\"$\": 0, \"nodeId\": \"root\",\n  \"backgroundColour\": \"#FF0000FF\"}}");
+            for (String mode : List.of("lenient", "strict")) {
+                Run run = mode.equals("strict") ? preview(misspelled, "--strict", "--out", out("checked-" + mode))
+                                                : preview(misspelled, "--out", out("checked-" + mode));
+                equal(mode.equals("strict") ? 1 : 0, run.exitCode(), mode + " exit code");
+                equal(misspelled + ":2:3: error: unknown property \"backgroundColour\" of a view node; "
+                        + "did you mean \"backgroundColor\"?", run.stdout().lines().findFirst().orElse(""),
+                        mode + " first line");
+                equal(true, Files.exists(work.resolve("checked-" + mode + "/step-00.png")), mode + " still draws");
+            }
+        });
         check("a template that is not JSON is reported, and still gives a first picture", () -> {
             Path broken = write("broken.json", "<card/>");
             Run run = preview(broken, "--strict", "--out", out("broken"));
