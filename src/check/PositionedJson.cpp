@@ -133,7 +133,7 @@ private:
                 return;
             }
         }
-        object.members.emplace_back(std::move(key), std::move(member));
+        object.members.push_back({std::move(key), std::move(member)});
         object.keyPositions.push_back(keyAt);
     }
 

@@ -16,6 +16,8 @@
 
 namespace Mero::Check {
 
+struct JsonMember;
+
 struct JsonNode {
     enum class Kind : uint8_t { Null, Boolean, Number, String, Array, Object };
 
@@ -26,7 +28,7 @@ struct JsonNode {
     std::string text;  // a string's value
     std::vector<JsonNode> items;
     // Members in the order of the text, the first of a repeated key only.
-    std::vector<std::pair<std::string, JsonNode>> members;
+    std::vector<JsonMember> members;
     std::vector<Position> keyPositions;  // beside `members`
 
     bool is(Kind wanted) const { return kind == wanted; }
@@ -34,6 +36,12 @@ struct JsonNode {
     const JsonNode* member(std::string_view key) const;
     // The position of the member's key, for findings about the name itself.
     Position keyPosition(std::string_view key) const;
+};
+
+// A member of an object: its key and its value.
+struct JsonMember {
+    std::string first;
+    JsonNode second;
 };
 
 struct ReadResult {
