@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <map>
 #include <set>
 #include <string>
@@ -75,10 +76,20 @@ bool isScriptNode(const JsonNode& node)
     return node.is(Kind::Object) && node.member("$") != nullptr;
 }
 
+// A number's integer part when it has one of a sensible size (codes, size
+// types); anything else, 10^70 included, is no valid code: -2.
+int integerOf(const JsonNode& node)
+{
+    if (!node.is(Kind::Number) || !(std::fabs(node.number) < 1e9)) {
+        return -2;
+    }
+    return static_cast<int>(std::trunc(node.number));
+}
+
 int codeOf(const JsonNode& node)
 {
     const JsonNode* code = node.member("$");
-    return code != nullptr && code->is(Kind::Number) ? static_cast<int>(std::trunc(code->number)) : -1;
+    return code != nullptr ? integerOf(*code) : -2;
 }
 
 struct Read {
@@ -194,9 +205,8 @@ private:
         }
         const NodeKind* kind = kindOfCode(0);
         if (const JsonNode* code = node.member("$")) {
-            const NodeKind* found = code->is(Kind::Number) && code->number >= 0
-                                        ? kindOfCode(static_cast<uint32_t>(code->number))
-                                        : nullptr;
+            const int number = integerOf(*code);
+            const NodeKind* found = number >= 0 ? kindOfCode(static_cast<uint32_t>(number)) : nullptr;
             if (found == nullptr) {
                 add(error(code->at, "unknown node kind " + spell(*code) + " (it renders as a plain view)"));
             } else {
@@ -320,7 +330,7 @@ private:
             return;
         }
         const JsonNode* type = value.member("sizeType");
-        const int sizeType = type != nullptr && type->is(Kind::Number) ? static_cast<int>(std::trunc(type->number)) : 0;
+        const int sizeType = type != nullptr ? integerOf(*type) : 0;
         if (sizeType == -1) {
             boundValue(value);  // the whole object is the expression
             return;
@@ -401,9 +411,9 @@ private:
             return;
         }
         const JsonNode& code = *node.member("$");
-        const ScriptNodeInfo* info = code.is(Kind::Number) && code.number == std::trunc(code.number)
-                                         ? expressionNode(static_cast<int>(code.number))
-                                         : nullptr;
+        // The factory compares the code as a number: 5.5 is no call.
+        const ScriptNodeInfo* info =
+            code.is(Kind::Number) && code.number == std::trunc(code.number) ? expressionNode(integerOf(code)) : nullptr;
         if (info == nullptr) {
             add(error(code.at, "unknown expression code " + spell(code) +
                                    " (the object is read as an object literal)"));
@@ -616,11 +626,8 @@ private:
     static std::string spell(const JsonNode& node)
     {
         if (node.is(Kind::Number)) {
-            std::string text = std::to_string(node.number);
-            text.erase(text.find_last_not_of('0') + 1);
-            if (text.back() == '.') {
-                text.pop_back();
-            }
+            char text[32];
+            std::snprintf(text, sizeof text, "%.15g", node.number);
             return text;
         }
         return node.is(Kind::String) ? quoted(node.text) : "(not a number)";
