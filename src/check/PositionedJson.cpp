@@ -63,6 +63,10 @@ private:
             fail("nesting deeper than " + std::to_string(kMaxDepth) + " levels");
             return node;
         }
+        if (atEnd()) {
+            truncated();
+            return node;
+        }
         const char c = peek();
         if (c == '{') {
             node.kind = JsonNode::Kind::Object;
@@ -101,6 +105,9 @@ private:
                 continue;
             }
             first = false;
+            if (atEnd()) {
+                return truncated();
+            }
             if (peek() != '"') {
                 return fail("a member name (a string in double quotes) expected, found " + describe(peek()));
             }
