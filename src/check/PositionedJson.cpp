@@ -92,22 +92,7 @@ private:
     {
         ++at_;
         bool first = true;
-        while (!failed_) {
-            skipSpace();
-            if (atEnd()) {
-                return truncated();
-            }
-            if (peek() == '}') {
-                ++at_;
-                return;
-            }
-            if (!first && !separator('}')) {
-                continue;
-            }
-            first = false;
-            if (atEnd()) {
-                return truncated();
-            }
+        while (nextEntry('}', first)) {
             if (peek() != '"') {
                 return fail("a member name (a string in double quotes) expected, found " + describe(peek()));
             }
@@ -122,9 +107,6 @@ private:
             }
             ++at_;
             skipSpace();
-            if (atEnd()) {
-                return truncated();
-            }
             JsonNode member = value(depth + 1);
             keep(node, std::move(key), keyAt, std::move(member));
         }
@@ -148,21 +130,38 @@ private:
     {
         ++at_;
         bool first = true;
+        while (nextEntry(']', first)) {
+            node.items.push_back(value(depth + 1));
+        }
+    }
+
+    // Moves to the next entry of a container: false when it closes (or the
+    // text fails), true at the start of an entry, commas and their faults
+    // dealt with.
+    bool nextEntry(char closer, bool& first)
+    {
         while (!failed_) {
             skipSpace();
             if (atEnd()) {
-                return truncated();
+                truncated();
+                return false;
             }
-            if (peek() == ']') {
+            if (peek() == closer) {
                 ++at_;
-                return;
+                return false;
             }
-            if (!first && !separator(']')) {
+            if (!first && !separator(closer)) {
                 continue;
             }
             first = false;
-            node.items.push_back(value(depth + 1));
+            skipSpace();
+            if (atEnd()) {
+                truncated();
+                return false;
+            }
+            return true;
         }
+        return false;
     }
 
     // Between two entries: a comma, which the engine does not require. False
