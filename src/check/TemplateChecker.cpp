@@ -541,9 +541,13 @@ private:
             return;
         }
         calls_.push_back({name->text, name->at, count});
-        if ((name->text == kSendEventKey || name->text == kOnEventKey) && count > 0 &&
-            args->items[0].is(Kind::String)) {
-            named_.emplace(args->items[0].text, args->items[0].at);
+        if (count > 0 && args->items[0].is(Kind::String)) {
+            // SendEvent names an event; OnEvent adds a handler for one.
+            if (name->text == kSendEventKey) {
+                named_.emplace(args->items[0].text, args->items[0].at);
+            } else if (name->text == kOnEventKey) {
+                handlers_.emplace(args->items[0].text, args->items[0].at);
+            }
         }
     }
 
