@@ -434,7 +434,7 @@ std::vector<Value> readScenario(const fs::path& path)
 
 void collectClickable(Mero::ViewRenderNode& node, std::vector<std::string>& ids)
 {
-    if (!node.onClick.empty()) {
+    if (!node.onClick().empty()) {
         ids.push_back(node.nodeId);
     }
     if (node.isContainer()) {

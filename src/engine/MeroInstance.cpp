@@ -172,13 +172,13 @@ void MeroInstance::sendEvent(const std::string& name, std::string_view payload)
 void MeroInstance::sendClickEvent(const std::string& componentId)
 {
     ViewRenderNode* node = tree_->find(componentId);
-    if (node == nullptr || node->onClick.empty()) {
+    if (node == nullptr || node->onClick().empty()) {
         return;
     }
     if (std::shared_ptr<RuntimeEngine> runtime = node->engine.lock()) {
         // The handler's scope receives a copy of the node's locals; the
         // node's own scope is never changed.
-        runtime->dispatchEvent(node->onClick, Value(Kind::Object), node->scope);
+        runtime->dispatchEvent(node->onClick(), Value(Kind::Object), node->scope);
         flush();
     }
 }

@@ -1,5 +1,8 @@
-// Binding a node kind's own host properties (a leaf's, a swiper's): each is
-// kept in the node's kindValues_, in the order of the kind's list.
+// Binding a node kind's own host properties (a leaf's, a swiper's): those
+// the element names are kept in the node's kindValues_, in the order of the
+// kind's list; the others read as their defaults.
+#include <array>
+#include <bit>
 #include <optional>
 
 #include "render/NodeBinding.h"
@@ -20,7 +23,44 @@ bool isHostValue(PropertyInput input)
            input == PropertyInput::Size || input == PropertyInput::Literal;
 }
 
+// What a host property the element does not name reads as: the value its
+// binder would have stored from the fallback.
+const Value& defaultKindValue(Property property)
+{
+    static const std::array<Value, kProperties.size()> defaults = [] {
+        std::array<Value, kProperties.size()> values;
+        for (const PropertyInfo& row : kProperties) {
+            Value& value = values[static_cast<std::size_t>(row.property)];
+            switch (row.input) {
+            case PropertyInput::Text: value = Value(row.textDefault); break;
+            case PropertyInput::Number: value = row.numberDefault; break;
+            case PropertyInput::Size: value = 0.0; break;
+            case PropertyInput::Bool: value = false; break;
+            default: break;  // a literal, or read by the node's class: null
+            }
+        }
+        return values;
+    }();
+    return defaults[static_cast<std::size_t>(property)];
+}
+
 }  // namespace
+
+const Value& ViewRenderNode::kindValue(Property property) const
+{
+    static const Value none;
+    const int slot = kindSlotOf(*kind_, property);
+    return slot >= 0 ? kindValueAt(static_cast<std::size_t>(slot)) : none;
+}
+
+const Value& ViewRenderNode::kindValueAt(std::size_t slot) const
+{
+    const uint32_t bit = uint32_t{1} << slot;
+    if ((kindNamed_ & bit) != 0) {
+        return kindValues_[static_cast<std::size_t>(std::popcount(kindNamed_ & (bit - 1)))];
+    }
+    return defaultKindValue(kind_->properties[slot]);
+}
 
 bool ViewRenderNode::contentSizesNode() const
 {
@@ -33,18 +73,24 @@ bool ViewRenderNode::contentSizesNode() const
 void ViewRenderNode::bindKindProperties(const Value& element)
 {
     const std::span<const Property> properties = kind().properties;
-    kindValues_.resize(properties.size());
+    // The named ones first: the bindings keep references into kindValues_,
+    // which must not move once they are made.
     for (std::size_t i = 0; i < properties.size(); ++i) {
         const PropertyInfo& row = info(properties[i]);
-        if (!isHostValue(row.input)) {
-            continue;  // read by the node's class (lists, children, flex values)
+        if (isHostValue(row.input) && NodeBinding::propertyOf(element, row.key) != nullptr) {
+            kindNamed_ |= uint32_t{1} << i;
         }
-        Value& slot = kindValues_[i];
+    }
+    kindValues_.resize(static_cast<std::size_t>(std::popcount(kindNamed_)));
+    std::size_t stored = 0;
+    for (std::size_t i = 0; i < properties.size(); ++i) {
+        if ((kindNamed_ & (uint32_t{1} << i)) == 0) {
+            continue;
+        }
+        const PropertyInfo& row = info(properties[i]);
+        Value& slot = kindValues_[stored++];
         if (row.input == PropertyInput::Literal) {
-            // Kept as the template gives it (the download button's business data).
-            if (const Value* literal = NodeBinding::propertyOf(element, row.key)) {
-                slot = *literal;
-            }
+            slot = *NodeBinding::propertyOf(element, row.key);  // kept as the template gives it
             continue;
         }
         std::optional<Transition> transition;

@@ -66,6 +66,9 @@ constexpr std::array kKinds{
     NodeKind{10, "video", NodeClass::Leaf, Measure::None, kVideo},
     NodeKind{11, "blur", NodeClass::Leaf, Measure::None, kBlur},
 };
+// A node marks which of its kind's own properties its element names in 32 bits.
+static_assert(std::ranges::all_of(kKinds, [](const NodeKind& kind) { return kind.properties.size() <= 32; }));
+
 
 }  // namespace
 

@@ -129,7 +129,7 @@ void applySize(const YogaEffect& effect, YGNodeRef node, YGValue size)
 }
 
 // Where each common style value is kept: what a new host view starts from.
-double StyleCache::*numberField(Property property)
+float StyleCache::*numberField(Property property)
 {
     switch (property) {
     case Property::CornerLeftTop: return &StyleCache::cornerLeftTop;
@@ -265,7 +265,7 @@ const StyleCache& ViewRenderNode::defaultStyle()
             if (row.input == PropertyInput::Text) {
                 defaults.*textField(row.property) = slotText(Value(row.textDefault));
             } else if (row.input == PropertyInput::Number && numberField(row.property) != nullptr) {
-                defaults.*numberField(row.property) = row.numberDefault;
+                defaults.*numberField(row.property) = static_cast<float>(row.numberDefault);
             }
         }
         return defaults;
@@ -287,8 +287,8 @@ void ViewRenderNode::storeStyle(Field field, const Set& value)
 {
     const auto& current = style().*field;
     bool same = false;
-    if constexpr (std::is_same_v<Set, double>) {
-        same = std::bit_cast<uint64_t>(current) == std::bit_cast<uint64_t>(value);
+    if constexpr (std::is_same_v<Set, float>) {
+        same = std::bit_cast<uint32_t>(current) == std::bit_cast<uint32_t>(value);
     } else {
         same = current == value;
     }
@@ -328,7 +328,7 @@ void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyIn
         return;
     }
     auto store = [this, field = numberField(row.property), queue](double number, bool initial) {
-        storeStyle(field, number);
+        storeStyle(field, static_cast<float>(number));
         if (!initial) {
             queue(number);
         }

@@ -42,22 +42,20 @@ std::string scopedNodeId(const Value& element, const LocalScope& scope)
 
 // "loopAnimation", evaluated once at construction; absent when the element
 // has none.
-std::unique_ptr<const Value> evaluatedOnce(const Value& element, Property property, const LocalScope& scope,
-                                           const EngineRef& engine)
+Value evaluatedOnce(const Value& element, Property property, const LocalScope& scope, const EngineRef& engine)
 {
     const Value* value = NodeBinding::propertyOf(element, keyOf(property));
     if (value == nullptr) {
-        return nullptr;
+        return Value();
     }
-    return std::make_unique<const Value>(NodeBinding::isScalar(*value) ? *value
-                                                                       : createRuntimeObject(*value)->value(scope, engine));
+    return NodeBinding::isScalar(*value) ? *value : createRuntimeObject(*value)->value(scope, engine);
 }
 
 // Padding ids run left, top, right, bottom; border ids left, right, top,
 // bottom. Both are read in the edge order left, top, right, bottom.
 struct EdgeResult {
     YGEdge edge;
-    double LayoutCache::*cached;
+    float LayoutCache::*cached;
     uint32_t propertyId;
 };
 
@@ -85,14 +83,18 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
       engine(renderTree.engine()),
       scope(std::move(localScope)),
       yogaNode(YGNodeNew()),
-      onClick(memberOf(element, Property::OnClick).string()),
       kind_(kindOfCode(type) != nullptr ? kindOfCode(type) : kindOfCode(0)),
-      tree_(renderTree),
-      loopAnimation_(evaluatedOnce(element, Property::LoopAnimation, scope, engine))
+      tree_(renderTree)
 {
     YGNodeSetContext(yogaNode, this);
     tree_.nodeMade();
     try {
+        if (const std::string& click = memberOf(element, Property::OnClick).string(); !click.empty()) {
+            mutableExtras().onClick = click;
+        }
+        if (Value animation = evaluatedOnce(element, Property::LoopAnimation, scope, engine); !animation.isNull()) {
+            mutableExtras().loopAnimation = std::move(animation);
+        }
         // The root always has a view of its own (the host's root view): it
         // cannot be flattened into a parent it does not have.
         flattened_ = parent != nullptr && memberOf(element, Property::IsEmpty).boolean();
@@ -129,41 +131,44 @@ void ViewRenderNode::readTransitions(const Value& element)
     for (const auto& [key, entry] : transition.object()) {
         Transition record{truncateToUint32(memberOf(entry, "timing").number()), memberOf(entry, "duration").number(),
                           memberOf(entry, "delay").number()};
-        if (!transitions_) {
-            transitions_ = std::make_unique<Transitions>();
-        }
         if (key == "all") {
-            transitions_->all = record;
+            mutableExtras().allTransition = record;
         } else {
-            transitions_->byKey.try_emplace(key, record);
+            mutableExtras().transitionsByKey.try_emplace(key, record);
         }
     }
 }
 
-const Value& ViewRenderNode::kindValue(Property property) const
+ViewRenderNode::Extras& ViewRenderNode::mutableExtras()
 {
-    static const Value none;
-    const int slot = kindSlotOf(*kind_, property);
-    return slot >= 0 && static_cast<std::size_t>(slot) < kindValues_.size() ? kindValues_[static_cast<std::size_t>(slot)]
-                                                                           : none;
+    if (!extras_) {
+        extras_ = std::make_unique<Extras>();
+    }
+    return *extras_;
+}
+
+const std::string& ViewRenderNode::onClick() const
+{
+    static const std::string none;
+    return extras_ ? extras_->onClick : none;
 }
 
 const Value& ViewRenderNode::loopAnimation() const
 {
     static const Value none;
-    return loopAnimation_ ? *loopAnimation_ : none;
+    return extras_ ? extras_->loopAnimation : none;
 }
 
 const Transition* ViewRenderNode::transitionFor(std::string_view key) const
 {
-    if (!transitions_) {
+    if (!extras_) {
         return nullptr;
     }
-    auto found = transitions_->byKey.find(std::string(key));
-    if (found != transitions_->byKey.end()) {
+    auto found = extras_->transitionsByKey.find(std::string(key));
+    if (found != extras_->transitionsByKey.end()) {
         return &found->second;
     }
-    return transitions_->all ? &*transitions_->all : nullptr;
+    return extras_->allTransition ? &*extras_->allTransition : nullptr;
 }
 
 const ViewRenderNode::Queues& ViewRenderNode::queues() const
@@ -289,14 +294,14 @@ void ViewRenderNode::readLayout()
     applyOrigin(y, layout_.y, Property::Y);
 
     for (const EdgeResult& padding : paddingResults) {
-        const double value = YGNodeLayoutGetPadding(yogaNode, padding.edge);
+        const float value = YGNodeLayoutGetPadding(yogaNode, padding.edge);
         if (value != layout_.*padding.cached) {
             layout_.*padding.cached = value;
             queuePropertyUpdate(padding.propertyId, value);
         }
     }
     for (const EdgeResult& border : borderResults) {
-        const double value = YGNodeLayoutGetBorder(yogaNode, border.edge);
+        const float value = YGNodeLayoutGetBorder(yogaNode, border.edge);
         if (value != layout_.*border.cached) {
             layout_.*border.cached = value;
             queuePropertyUpdate(border.propertyId, value);
@@ -313,7 +318,7 @@ void ViewRenderNode::queueLayoutValue(uint32_t propertyId, double value, const T
     }
 }
 
-void ViewRenderNode::applyFrameSize(double value, double& cached, Property property)
+void ViewRenderNode::applyFrameSize(float value, float& cached, Property property)
 {
     if (value == cached) {
         return;
@@ -339,9 +344,9 @@ void ViewRenderNode::applyOrigin(double value, double& cached, Property property
     // Only a transition under the key itself animates a move: "all" does
     // not apply to x and y, on purpose.
     const Transition* transition = nullptr;
-    if (hasView_ && transitions_) {
-        auto found = transitions_->byKey.find(std::string(info(property).transitionKey));
-        if (found != transitions_->byKey.end()) {
+    if (hasView_ && extras_) {
+        auto found = extras_->transitionsByKey.find(std::string(info(property).transitionKey));
+        if (found != extras_->transitionsByKey.end()) {
             transition = &found->second;
         }
     }

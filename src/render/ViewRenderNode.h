@@ -38,19 +38,21 @@ class RuntimeEngine;
 using HostNodeList = std::vector<ViewRenderNode*>;
 
 // The layout values last sent to the host (all 0 until the first layout).
+// Yoga's results are floats and are kept as such; only the origin, which
+// adds a flattened parent's offset, is a sum kept in double.
 struct LayoutCache {
     double x = 0.0;
     double y = 0.0;
-    double width = 0.0;
-    double height = 0.0;
-    double paddingLeft = 0.0;
-    double paddingRight = 0.0;
-    double paddingTop = 0.0;
-    double paddingBottom = 0.0;
-    double borderLeft = 0.0;
-    double borderRight = 0.0;
-    double borderTop = 0.0;
-    double borderBottom = 0.0;
+    float width = 0.0F;
+    float height = 0.0F;
+    float paddingLeft = 0.0F;
+    float paddingRight = 0.0F;
+    float paddingTop = 0.0F;
+    float paddingBottom = 0.0F;
+    float borderLeft = 0.0F;
+    float borderRight = 0.0F;
+    float borderTop = 0.0F;
+    float borderBottom = 0.0F;
 };
 
 struct GradientStop {
@@ -67,23 +69,24 @@ struct Gradient {
 };
 
 // The style values last set by bindings; what a new host view starts from.
+// The host takes these numbers as floats, so floats are what is kept.
 struct StyleCache {
     std::string backgroundColor;
     std::string borderColor;
-    double opacity = 0.0;
-    double scaleX = 0.0;
-    double scaleY = 0.0;
-    double anchorPointX = 0.0;
-    double anchorPointY = 0.0;
-    double rotationX = 0.0;
-    double rotationY = 0.0;
-    double rotationZ = 0.0;
-    double translateX = 0.0;
-    double translateY = 0.0;
-    double cornerLeftTop = 0.0;
-    double cornerRightTop = 0.0;
-    double cornerRightBottom = 0.0;
-    double cornerLeftBottom = 0.0;
+    float opacity = 0.0F;
+    float scaleX = 0.0F;
+    float scaleY = 0.0F;
+    float anchorPointX = 0.0F;
+    float anchorPointY = 0.0F;
+    float rotationX = 0.0F;
+    float rotationY = 0.0F;
+    float rotationZ = 0.0F;
+    float translateX = 0.0F;
+    float translateY = 0.0F;
+    float cornerLeftTop = 0.0F;
+    float cornerRightTop = 0.0F;
+    float cornerRightBottom = 0.0F;
+    float cornerLeftBottom = 0.0F;
     Gradient gradient;
 };
 
@@ -152,10 +155,10 @@ public:
     const EngineRef engine;
     const LocalScope scope;
     const OwnedYogaNode yogaNode;
-    // The "onClick" event name (what a click dispatches), read once.
-    const std::string onClick;
-    // The "loopAnimation", evaluated once; null for most nodes, which have
-    // none and keep no room for it.
+    // The "onClick" event name (what a click dispatches), read once; empty
+    // for most nodes.
+    const std::string& onClick() const;
+    // The "loopAnimation", evaluated once; null for most nodes.
     const Value& loopAnimation() const;
 
     bool visible() const { return visible_; }
@@ -170,9 +173,9 @@ public:
     // bound: what a new view is made from.
     const LayoutCache& layout() const { return layout_; }
     const StyleCache& style() const { return style_ ? *style_ : defaultStyle(); }
-    // The kind's own host properties, in the order of its list; empty for
-    // kinds without any.
-    const std::vector<Value>& kindValues() const { return kindValues_; }
+    // The value of the kind's own property at `slot` of its list: what was
+    // bound, or the property's default when the element does not name it.
+    const Value& kindValueAt(std::size_t slot) const;
 
     // What the node has queued for its view since the last flush, and
     // whether it is on the tree's pending list.
@@ -215,10 +218,11 @@ protected:
 
     // The properties every node has, in their binding order.
     void bindCommonProperties(const Value& element);
-    // The kind's own host properties, kept in kindValues: constants are
-    // stored once (the host view is made from them); a bound value stores
-    // each change and sends it under the property's host id, animated where
-    // the property may animate and "transition" names it.
+    // The kind's own host properties the element names, kept in
+    // kindValues_: constants are stored once (the host view is made from
+    // them); a bound value stores each change and sends it under the
+    // property's host id, animated where the property may animate and
+    // "transition" names it. The others read as their defaults.
     void bindKindProperties(const Value& element);
 
 private:
@@ -236,11 +240,15 @@ private:
         std::vector<PropertyUpdate> propertyUpdates;
         std::vector<AnimatedUpdate> animatedUpdates;
     };
-    // The "transition" entries, for the few nodes that have any.
-    struct Transitions {
-        std::unordered_map<std::string, Transition> byKey;
-        std::optional<Transition> all;
+    // What few nodes have: a click event, a loop animation, "transition"
+    // entries. Most nodes keep no room for them.
+    struct Extras {
+        std::string onClick;
+        Value loopAnimation;
+        std::unordered_map<std::string, Transition> transitionsByKey;
+        std::optional<Transition> allTransition;
     };
+    Extras& mutableExtras();
     const Queues& queues() const;
     Queues& mutableQueues();
     // The style a node has until a binding sets a value other than the
@@ -255,7 +263,7 @@ private:
     void readLayout();
     void bindStyleProperty(const Value& properties, const PropertyInfo& row);
     void queueLayoutValue(uint32_t propertyId, double value, const Transition* transition);
-    void applyFrameSize(double value, double& cached, Property property);
+    void applyFrameSize(float value, float& cached, Property property);
     void applyOrigin(double value, double& cached, Property property);
 
     // The tree drains the queues and records which nodes have views.
@@ -268,13 +276,15 @@ private:
     bool visible_ = true;
     bool hasView_ = false;
     bool flattened_ = false;
-    const std::unique_ptr<const Value> loopAnimation_;
-    std::unique_ptr<Transitions> transitions_;
-    std::unique_ptr<Queues> queues_;
-    std::vector<Value> kindValues_;
     // Only markPending sets it and only the tree's flush clears it (when it
     // takes the node off the list).
     bool queued_ = false;
+    // Bit i: the kind's i-th own property is named, and kept in kindValues_
+    // (in slot order). Most elements name a few of their kind's properties.
+    uint32_t kindNamed_ = 0;
+    std::unique_ptr<Extras> extras_;
+    std::unique_ptr<Queues> queues_;
+    std::vector<Value> kindValues_;
     // Where this node sits in the tree's pending list while `queued` is set.
     std::list<ViewRenderNode*>::iterator pendingEntry_;
     // The callbacks of the node's bound properties (see keepBinding).

@@ -137,15 +137,15 @@ void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots)
         }
     }
     const std::span<const Property> own = node.kind().properties;
-    for (std::size_t i = 0; i < own.size() && i < node.kindValues().size(); ++i) {
+    for (std::size_t i = 0; i < own.size(); ++i) {
         if (own[i] == Property::BusinessData) {
-            slots.strings[ViewSlots::kBusinessDataSlot] = jsonWithinLimit(node.kindValues()[i]);
+            slots.strings[ViewSlots::kBusinessDataSlot] = jsonWithinLimit(node.kindValueAt(i));
         } else if (info(own[i]).hostId >= 0) {
-            slots.put(hostIdOf(own[i]), node.kindValues()[i]);
+            slots.put(hostIdOf(own[i]), node.kindValueAt(i));
         }
     }
     slots.strings[ViewSlots::kNodeIdSlot] = node.nodeId;
-    slots.strings[ViewSlots::kOnClickSlot] = node.onClick;
+    slots.strings[ViewSlots::kOnClickSlot] = node.onClick();
     if (!node.loopAnimation().isNull()) {
         slots.strings[ViewSlots::kLoopAnimationSlot] = jsonWithinLimit(node.loopAnimation());
     }

@@ -101,8 +101,8 @@ TEST(LeafMeasure, AnImageTakesItsHeightFromTheContentAndACustomViewOnlyAFixedSiz
         {"$": 9, "nodeId": "fixed", "width": {"sizeType": 1, "value": 60},
          "height": {"sizeType": 1, "value": 40}}]}})");
     card.start();
-    EXPECT_EQ(std::pair(card.find("free")->layout().width, card.find("free")->layout().height), std::pair(0.0, 0.0));
-    EXPECT_EQ(std::pair(card.find("fixed")->layout().width, card.find("fixed")->layout().height), std::pair(60.0, 40.0));
+    EXPECT_EQ(std::pair(card.find("free")->layout().width, card.find("free")->layout().height), std::pair(0.0F, 0.0F));
+    EXPECT_EQ(std::pair(card.find("fixed")->layout().width, card.find("fixed")->layout().height), std::pair(60.0F, 40.0F));
     card.views.contentSizes["img"] = {200.0F, 50.0F};
     card.tree.requestLayout();
     YGNodeMarkDirty(card.find("img")->yogaNode);

@@ -85,7 +85,7 @@ TEST(SwiperRenderNode, PagesAreLaidOutAtTheSwipersSizeOutsideItsYogaTree)
         EXPECT_EQ(YGNodeGetOwner(page->yogaNode), nullptr);
         EXPECT_EQ(std::tuple(page->layout().x, page->layout().width, page->layout().height), std::tuple(0.0, 300.0, 200.0));
     }
-    EXPECT_EQ(std::pair(card.find("box#1")->layout().width, card.find("box#1")->layout().height), std::pair(40.0, 100.0));
+    EXPECT_EQ(std::pair(card.find("box#1")->layout().width, card.find("box#1")->layout().height), std::pair(40.0F, 100.0F));
 
     card.set("w", "80");  // a change inside a page lays the pages out again
     EXPECT_EQ(card.flush(), (Calls{"box#0 set 0=80", "box#1 set 0=80"}));
