@@ -245,7 +245,13 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
             break;
         case PropertyInput::Size:
         case PropertyInput::Number:
-        case PropertyInput::Text: bindStyleProperty(properties, row); break;
+        case PropertyInput::Text:
+            // An unnamed style property would bind its default, which the
+            // default style already holds.
+            if (&properties == &element) {
+                bindStyleProperty(properties, row);
+            }
+            break;
         default: break;  // read once by the constructor, or laid out
         }
     }
