@@ -1,6 +1,7 @@
 #include "render/ViewSlots.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "render/NodeKinds.h"
 #include "render/PropertyTable.h"
@@ -34,16 +35,14 @@ double layoutValue(const LayoutCache& layout, Property property)
     }
 }
 
-Value styleValue(const StyleCache& style, Property property)
+float styleNumber(const StyleCache& style, Property property)
 {
     switch (property) {
     case Property::CornerLeftTop: return style.cornerLeftTop;
     case Property::CornerRightTop: return style.cornerRightTop;
     case Property::CornerRightBottom: return style.cornerRightBottom;
     case Property::CornerLeftBottom: return style.cornerLeftBottom;
-    case Property::BackgroundColor: return Value(style.backgroundColor);
     case Property::Opacity: return style.opacity;
-    case Property::BorderColor: return Value(style.borderColor);
     case Property::ScaleX: return style.scaleX;
     case Property::ScaleY: return style.scaleY;
     case Property::AnchorPointX: return style.anchorPointX;
@@ -53,8 +52,40 @@ Value styleValue(const StyleCache& style, Property property)
     case Property::RotationZ: return style.rotationZ;
     case Property::TranslateX: return style.translateX;
     case Property::TranslateY: return style.translateY;
-    default: return Value();
+    default: return 0.0F;
     }
+}
+
+// Where each common value a view starts from goes: its frame and box are
+// floats from the layout cache; its style colours are strings, its other
+// style values floats. Read once from the property table.
+struct CommonSlot {
+    Property property;
+    std::size_t slot;
+    enum class Source { Layout, StyleNumber, StyleText } source;
+};
+
+const std::vector<CommonSlot>& commonSlots()
+{
+    static const std::vector<CommonSlot> slots = [] {
+        std::vector<CommonSlot> list;
+        for (Property property : commonProperties()) {
+            const PropertyInfo& row = info(property);
+            if (row.hostId < 0) {
+                continue;
+            }
+            const auto slot = static_cast<std::size_t>(row.hostId % 100);
+            if (row.input == PropertyInput::LayoutResult || isYogaInput(row.input)) {
+                list.push_back({property, slot, CommonSlot::Source::Layout});
+            } else if (row.input == PropertyInput::Text) {
+                list.push_back({property, slot, CommonSlot::Source::StyleText});
+            } else {
+                list.push_back({property, slot, CommonSlot::Source::StyleNumber});
+            }
+        }
+        return list;
+    }();
+    return slots;
 }
 
 }  // namespace
@@ -125,15 +156,17 @@ void ViewSlots::put(uint32_t propertyId, const Value& value)
 void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots)
 {
     slots.type = node.type;
-    for (Property property : commonProperties()) {
-        const PropertyInfo& row = info(property);
-        if (row.hostId < 0) {
-            continue;
-        }
-        if (row.input == PropertyInput::LayoutResult || isYogaInput(row.input)) {
-            slots.floats[static_cast<std::size_t>(row.hostId)] = static_cast<float>(layoutValue(node.layout(), property));
-        } else {
-            slots.put(hostIdOf(property), styleValue(node.style(), property));
+    const StyleCache& style = node.style();
+    for (const CommonSlot& common : commonSlots()) {
+        switch (common.source) {
+        case CommonSlot::Source::Layout:
+            slots.floats[common.slot] = static_cast<float>(layoutValue(node.layout(), common.property));
+            break;
+        case CommonSlot::Source::StyleNumber: slots.floats[common.slot] = styleNumber(style, common.property); break;
+        case CommonSlot::Source::StyleText:
+            slots.strings[common.slot] =
+                common.property == Property::BackgroundColor ? style.backgroundColor : style.borderColor;
+            break;
         }
     }
     const std::span<const Property> own = node.kind().properties;
