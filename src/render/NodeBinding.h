@@ -165,8 +165,14 @@ void ViewRenderNode::bindSize(const Value& element, std::string_view key, Apply 
     constexpr double base = 0.0;
     constexpr double fallback = 0.0;
     const Value* property = NodeBinding::propertyOf(element, key);
+    if (property == nullptr) {
+        apply(fallback, true);
+        return;
+    }
+    // Locked only for a named property: most are not, and a lock is an
+    // atomic read-modify-write.
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
-    if (property == nullptr || !runtime) {
+    if (!runtime) {
         apply(fallback, true);
         return;
     }
@@ -189,8 +195,11 @@ void ViewRenderNode::bindYogaSize(const Value& element, std::string_view key, Ap
     // Undefined calls no Yoga setter, so a missing size is simply skipped.
     constexpr YGValue fallback{YGUndefined, YGUnitUndefined};
     const Value* property = NodeBinding::propertyOf(element, key);
+    if (property == nullptr) {
+        return;
+    }
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
-    if (property == nullptr || !runtime) {
+    if (!runtime) {
         return;
     }
     if (std::optional<NodeBinding::ConstantSize> size = NodeBinding::constantSize(*property)) {
