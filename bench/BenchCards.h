@@ -86,7 +86,8 @@ public:
 
 // A card shown as the JVM benchmark shows it: 1080 wide, height from content,
 // texts measured at 120 by 30 by the host.
-inline void showCard(Mero::MeroInstance& instance, const std::string& templateText, const std::string& data)
+inline std::optional<Mero::ViewTree> showCard(Mero::MeroInstance& instance, const std::string& templateText,
+                                              const std::string& data)
 {
     instance.bindHost(std::make_unique<NullHost>());
     instance.runtime().services.measureText = [](const Mero::TextContent&) { return std::pair(120.0, 30.0); };
@@ -101,6 +102,7 @@ inline void showCard(Mero::MeroInstance& instance, const std::string& templateTe
     // Java: the node's slot buffers, in one tree of views.
     std::optional<Mero::ViewTree> views = instance.createComponentTree();
     benchmark::DoNotOptimize(views);
+    return views;
 }
 
 // Reads back every frame of a Yoga tree, as a render node reads its own.

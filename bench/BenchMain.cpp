@@ -19,7 +19,11 @@ public:
             if (run.run_type != Run::RT_Iteration || run.error_occurred) {
                 continue;
             }
-            const std::string name = run.benchmark_name();
+            std::string name = run.benchmark_name();
+            // A manually timed run's name ends in "/manual_time".
+            if (const size_t manual = name.rfind("/manual_time"); manual != std::string::npos) {
+                name.resize(manual);
+            }
             const size_t variantStart = name.rfind('_');
             const size_t slash = name.find('/');
             if (variantStart == std::string::npos || (slash != std::string::npos && slash < variantStart)) {
