@@ -86,7 +86,7 @@ TEST_P(ValueObjectSizes, EveryMemberIsFoundWhereItWasInserted)
     EXPECT_EQ(moved.find("k1") - moved.begin(), count - 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(AroundTheLimits, ValueObjectSizes, testing::Values(2, 4, 5, 16, 17, 18, 40, 1000));
+INSTANTIATE_TEST_SUITE_P(AroundTheLimits, ValueObjectSizes, testing::Values(2, 3, 4, 5, 16, 17, 18, 40, 1000));
 
 TEST(ValueObject, ClearEmptiesAndTheObjectCanBeFilledAgain)
 {
