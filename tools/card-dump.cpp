@@ -165,8 +165,8 @@ void printSlots(const Mero::ViewSlots& slots)
     };
     list("ints", slots.ints, [](int32_t v) { return v != 0; }, [](int32_t v) { return std::to_string(v); });
     list("floats", slots.floats, [](float v) { return v != 0.0F; }, [](float v) { return exact(v); });
-    list("strings", slots.strings, [](const std::string& v) { return !v.empty(); },
-         [](const std::string& v) { return '"' + v + '"'; });
+    list("strings", slots.strings, [](std::string_view v) { return !v.empty(); },
+         [](std::string_view v) { return '"' + std::string(v) + '"'; });
     list("booleans", slots.booleans, [](bool v) { return v; }, [](bool) { return std::string("1"); });
     if (slots.gradient) {
         out << "  gradient " << slots.gradient->type;

@@ -38,7 +38,7 @@ private:
     std::string text_;
 };
 
-inline jstring newJavaString(JNIEnv* env, const std::string& text)
+inline jstring newJavaString(JNIEnv* env, std::string_view text)
 {
     const std::u16string units = utf16FromUtf8(text);
     return env->NewString(reinterpret_cast<const jchar*>(units.data()), static_cast<jsize>(units.size()));

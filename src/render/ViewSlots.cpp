@@ -141,7 +141,7 @@ void ViewSlots::put(uint32_t propertyId, const Value& value)
         break;
     case 2:
         if (slot < kStrings) {
-            strings[slot] = slotText(value);
+            strings.set(slot, slotText(value));
         }
         break;
     case 3:
@@ -164,23 +164,23 @@ void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots)
             break;
         case CommonSlot::Source::StyleNumber: slots.floats[common.slot] = styleNumber(style, common.property); break;
         case CommonSlot::Source::StyleText:
-            slots.strings[common.slot] =
-                common.property == Property::BackgroundColor ? style.backgroundColor : style.borderColor;
+            slots.strings.set(common.slot,
+                              common.property == Property::BackgroundColor ? style.backgroundColor : style.borderColor);
             break;
         }
     }
     const std::span<const Property> own = node.kind().properties;
     for (std::size_t i = 0; i < own.size(); ++i) {
         if (own[i] == Property::BusinessData) {
-            slots.strings[ViewSlots::kBusinessDataSlot] = jsonWithinLimit(node.kindValueAt(i));
+            slots.strings.set(ViewSlots::kBusinessDataSlot, jsonWithinLimit(node.kindValueAt(i)));
         } else if (info(own[i]).hostId >= 0) {
             slots.put(hostIdOf(own[i]), node.kindValueAt(i));
         }
     }
-    slots.strings[ViewSlots::kNodeIdSlot] = node.nodeId;
-    slots.strings[ViewSlots::kOnClickSlot] = node.onClick();
+    slots.strings.set(ViewSlots::kNodeIdSlot, node.nodeId);
+    slots.strings.set(ViewSlots::kOnClickSlot, node.onClick());
     if (!node.loopAnimation().isNull()) {
-        slots.strings[ViewSlots::kLoopAnimationSlot] = jsonWithinLimit(node.loopAnimation());
+        slots.strings.set(ViewSlots::kLoopAnimationSlot, jsonWithinLimit(node.loopAnimation()));
     }
     putGradient(slots, node.style().gradient);
 }

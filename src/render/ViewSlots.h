@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "value/Value.h"
@@ -28,10 +29,40 @@ struct GradientSlots {
     std::array<bool, kStops> used{};  // the host sees null for an unused color
 };
 
+// The string buffer of one view. Most of its slots are empty on any one
+// view, so the texts share one buffer instead of taking a string each: a
+// card's views are made all at once, and fifty strings a view were most of
+// the memory that took.
+class StringSlots {
+public:
+    static constexpr std::size_t kSlots = 50;
+
+    std::size_t size() const { return kSlots; }
+    std::string_view operator[](std::size_t slot) const
+    {
+        return std::string_view(text_).substr(spans_[slot].offset, spans_[slot].length);
+    }
+    // Replaces the slot's text (the replaced one's bytes stay in the buffer
+    // unused: a slot is written about once).
+    void set(std::size_t slot, std::string_view text)
+    {
+        spans_[slot] = {static_cast<uint32_t>(text_.size()), static_cast<uint32_t>(text.size())};
+        text_.append(text);
+    }
+
+private:
+    struct Span {
+        uint32_t offset = 0;
+        uint32_t length = 0;
+    };
+    std::string text_;
+    std::array<Span, kSlots> spans_{};
+};
+
 struct ViewSlots {
     static constexpr std::size_t kInts = 10;
     static constexpr std::size_t kFloats = 60;
-    static constexpr std::size_t kStrings = 50;
+    static constexpr std::size_t kStrings = StringSlots::kSlots;
     static constexpr std::size_t kBooleans = 10;
     static constexpr std::size_t kNodeIdSlot = 0;
     static constexpr std::size_t kOnClickSlot = 7;
@@ -41,7 +72,7 @@ struct ViewSlots {
     uint32_t type = 0;
     std::array<int32_t, kInts> ints{};
     std::array<float, kFloats> floats{};
-    std::array<std::string, kStrings> strings;
+    StringSlots strings;
     std::array<bool, kBooleans> booleans{};
     std::optional<GradientSlots> gradient;
 

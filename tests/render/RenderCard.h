@@ -58,7 +58,7 @@ public:
                     endChildren();
                 }
                 parent = insert->parentId;
-                children += " " + std::to_string(insert->index) + ":" + insert->view.slots.strings[0];
+                children += " " + std::to_string(insert->index) + ":" + std::string(insert->view.slots.strings[0]);
             } else if (const auto* remove = std::get_if<Mero::RemoveView>(&change)) {
                 if (remove->parentId != parent) {
                     endChildren();

@@ -29,7 +29,7 @@ std::string filled(const ViewSlots& slots)
     };
     list('i', slots.ints, [](int32_t v) { return v != 0; });
     list('f', slots.floats, [](float v) { return v != 0.0F; });
-    list('s', slots.strings, [](const std::string& v) { return !v.empty(); });
+    list('s', slots.strings, [](std::string_view v) { return !v.empty(); });
     list('b', slots.booleans, [](bool v) { return v; });
     return text.str();
 }

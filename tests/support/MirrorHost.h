@@ -32,7 +32,7 @@ struct MirrorView {
     Mero::ViewSlots slots;
     std::vector<std::shared_ptr<MirrorView>> children;
 
-    const std::string& id() const { return slots.strings[Mero::ViewSlots::kNodeIdSlot]; }
+    std::string id() const { return std::string(slots.strings[Mero::ViewSlots::kNodeIdSlot]); }
 };
 
 class MirrorHost final : public Mero::Host {
@@ -220,8 +220,8 @@ private:
         }
         for (std::size_t i = 0; i < expected.strings.size(); ++i) {
             if (expected.strings[i] != actual.strings[i]) {
-                return "string " + std::to_string(i) + ": \"" + expected.strings[i] + "\" expected, host has \"" +
-                       actual.strings[i] + "\"";
+                return "string " + std::to_string(i) + ": \"" + std::string(expected.strings[i]) +
+                       "\" expected, host has \"" + std::string(actual.strings[i]) + "\"";
             }
         }
         for (std::size_t i = 0; i < expected.booleans.size(); ++i) {
