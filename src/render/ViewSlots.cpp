@@ -112,7 +112,8 @@ void putGradient(ViewSlots& slots, const Gradient& gradient)
     if (gradient.stops.empty()) {
         return;
     }
-    GradientSlots& out = slots.gradient.emplace();
+    auto made = std::make_shared<GradientSlots>();
+    GradientSlots& out = *made;
     out.type = truncateToInt32(gradient.angle);
     // The render tree keeps at most five stops; the host's arrays hold five.
     const std::size_t count = std::min(gradient.stops.size(), GradientSlots::kStops);
@@ -121,6 +122,7 @@ void putGradient(ViewSlots& slots, const Gradient& gradient)
         out.positions[stop] = static_cast<float>(gradient.stops[stop].location);
         out.used[stop] = true;
     }
+    slots.gradient = std::move(made);
 }
 
 }  // namespace

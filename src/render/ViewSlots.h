@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -74,7 +75,8 @@ struct ViewSlots {
     std::array<float, kFloats> floats{};
     StringSlots strings;
     std::array<bool, kBooleans> booleans{};
-    std::optional<GradientSlots> gradient;
+    // Few views have a gradient; the description, once made, is not changed.
+    std::shared_ptr<const GradientSlots> gradient;
 
     // Writes `value` at the slot of host property `propertyId`; ids outside
     // the four ranges are ignored.

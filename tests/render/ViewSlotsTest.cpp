@@ -83,14 +83,14 @@ TEST_F(NodeSlots, AViewCarriesItsIdClickFrameBoxAndDefaults)
     EXPECT_EQ(filled(made),
               "f0=300 f1=120 f5=6 f8=1 f9=1 f10=1 f11=0.5 f12=0.5 f21=3 "
               "s0=card s1=#00000000 s2=#000000FF s7=tap s22=[1,2]");
-    EXPECT_FALSE(made.gradient.has_value());
+    EXPECT_EQ(made.gradient, nullptr);
 }
 
 TEST_F(NodeSlots, FiveGradientStopsFillBothArraysAndTheAngleIsTruncated)
 {
     const ViewSlots& made = slotsOf(R"({"$": 0, "nodeId": "g", "backgroundGradient": {"angle": 45.8,
         "colors": ["#01", "#02", "#03", "#04", "#05"], "locations": [0, 0.1, 0.2, 0.3, 1]}})");
-    ASSERT_TRUE(made.gradient.has_value());
+    ASSERT_NE(made.gradient, nullptr);
     EXPECT_EQ(made.gradient->type, 45);
     EXPECT_EQ(made.gradient->colors, (std::array<std::string, 5>{"#01", "#02", "#03", "#04", "#05"}));
     EXPECT_EQ(made.gradient->positions, (std::array<float, 5>{0.0F, 0.1F, 0.2F, 0.3F, 1.0F}));
