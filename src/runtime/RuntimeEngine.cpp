@@ -11,7 +11,10 @@ RuntimeEngine::RuntimeEngine()
       globalVariables(std::make_shared<ValueObject>()),
       // Never null, so "$root" always reads an object.
       data(std::make_shared<ValueObject>())
-{}
+{
+    // Every template gets the forty-odd built-ins: room for them at once.
+    functionTable_.reserve(64);
+}
 
 RuntimeEngine::~RuntimeEngine()
 {
