@@ -124,15 +124,11 @@ std::size_t heapInUse()
 }
 
 // What a built and laid-out tree holds on the heap, per node (its Yoga node,
-// bindings and queues included); beside it, per node, what the card's parsed
-// template holds (every card reads its own).
+// bindings and queues included).
 void BM_RenderNodeBytes(benchmark::State& state)
 {
     const int rows = rowsFor(state.range(0));
-    const double nodes = 1 + nodesPerRow * rows;
-    const std::size_t beforeTemplate = heapInUse();
     auto engine = cardEngine(rows);
-    const double templateBytesPerNode = static_cast<double>(heapInUse() - beforeTemplate) / nodes;
     double bytesPerNode = 0.0;
     for (auto _ : state) {
         const std::size_t before = heapInUse();
@@ -140,10 +136,9 @@ void BM_RenderNodeBytes(benchmark::State& state)
         tree->build(engine->elements);
         tree->applyLayout();
         const std::size_t after = heapInUse();
-        bytesPerNode = static_cast<double>(after - before) / nodes;
+        bytesPerNode = static_cast<double>(after - before) / (1 + nodesPerRow * rows);
     }
     state.counters["bytes_per_node"] = bytesPerNode;
-    state.counters["template_bytes_per_node"] = templateBytesPerNode;
 }
 
 BENCHMARK(BM_RenderNodeBytes)->Arg(101)->Iterations(20);
