@@ -108,6 +108,34 @@ void BM_MemoryTimerForAnHour(benchmark::State& state)
 }
 BENCHMARK(BM_MemoryTimerForAnHour)->Iterations(1)->Unit(benchmark::kMillisecond);
 
+// What a live card holds, per render node: twenty cards of the feed at once,
+// shown and their views' description gone, everything the instance keeps
+// counted (template, script, render tree, Yoga nodes). One card made and
+// dropped first leaves the allocator's recycled blocks as a live process has them.
+void BM_MemoryLiveCardPerNode(benchmark::State& state)
+{
+    Mero::debugMode = false;
+    const int rows = rowsFor(state.range(0));
+    const std::string templateText = cardTemplate(rows);
+    constexpr int kCards = 20;
+    for (auto _ : state) {
+        {
+            Mero::MeroInstance warmUp;
+            showCard(warmUp, templateText, "{}");
+        }
+        const std::size_t before = heapInUse();
+        std::vector<std::unique_ptr<Mero::MeroInstance>> cards;
+        for (int i = 0; i < kCards; ++i) {
+            cards.push_back(std::make_unique<Mero::MeroInstance>());
+            showCard(*cards.back(), templateText, "{}");
+        }
+        const double perCard = static_cast<double>(heapInUse() - before) / kCards;
+        state.counters["KB_per_card"] = perCard / 1024.0;
+        state.counters["bytes_per_node"] = perCard / (1 + nodesPerRow * rows);
+    }
+}
+BENCHMARK(BM_MemoryLiveCardPerNode)->Arg(21)->Arg(101)->Arg(501)->Iterations(1)->Unit(benchmark::kMillisecond);
+
 // 1,000 app-install cards with the feed's data, all alive at once.
 void BM_MemoryThousandCards(benchmark::State& state)
 {

@@ -97,7 +97,8 @@ void MeroInstance::initContainerSize(float width, float height, int32_t widthMod
 
 void MeroInstance::initNode()
 {
-    tree_->build(engine_->elements);
+    tree_->build(engine_->elementsForBuild());
+    engine_->releaseElements();
 }
 
 void MeroInstance::triggerInitEvent()

@@ -138,6 +138,13 @@ public:
     ObjectPtr data;             // set by the host's data, never null; "$root" reads it whole
     Value elements;             // the template's element tree, unread here
 
+    // The element tree for building the card. A card is built once, and its
+    // element tree is most of what its template holds: after the first build
+    // releaseElements drops it and keeps only the template's text, from which
+    // a later build reads it again (reporting nothing twice) and keeps it.
+    const Value& elementsForBuild();
+    void releaseElements();
+
 
     RuntimeServices services;
     // Video-time points collected by script until it starts them; null until
@@ -145,6 +152,8 @@ public:
     VideoTimerListPtr pendingVideoTimers;
 
 private:
+    std::string templateText_;  // while the element tree may be released
+    bool elementsReleased_ = false;
     FunctionTable functionTable_;
     EventTable eventTable_;
     ObserverTable observers_;

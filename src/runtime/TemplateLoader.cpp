@@ -45,6 +45,8 @@ void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
     // Not script, but it builds script nodes: within one entry a template
     // whose nodes nest too deep is reported once.
     ScriptRun building;
+    templateText_.clear();
+    elementsReleased_ = false;
     JsonParser parser;
     parser.parse(text, text + length);
     const Value& root = parser.root();
@@ -65,6 +67,29 @@ void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
         EventHandlerPtr handler = loadEvent(entry);
         std::string name = handler->name;
         registerEvent(std::move(name), std::move(handler));
+    }
+    templateText_.assign(text, length);
+}
+
+const Value& RuntimeEngine::elementsForBuild()
+{
+    if (elementsReleased_) {
+        JsonParser parser;
+        parser.setQuiet();
+        parser.parse(templateText_);
+        elements = memberOf(parser.root(), "elements");
+        elementsReleased_ = false;
+        // Built more than once: the tree is kept from now on.
+        templateText_ = std::string();
+    }
+    return elements;
+}
+
+void RuntimeEngine::releaseElements()
+{
+    if (!templateText_.empty()) {
+        elements = Value();
+        elementsReleased_ = true;
     }
 }
 

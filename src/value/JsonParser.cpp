@@ -252,7 +252,7 @@ void JsonParser::parse(const char* begin, const char* end)
     stack_.clear();
 
     if (peek() != Token::ObjectOpen) {
-        reportError("Syntax error: '{' expected.");
+        report("Syntax error: '{' expected.");
     }
     stack_.push_back({&root_.object(), nullptr});
     step();
@@ -289,12 +289,12 @@ bool JsonParser::readMember(const Frame& top, Token token)
     std::string_view key;
     if (top.object != nullptr) {
         if (token != Token::String) {
-            reportError("object key is failed");
+            report("object key is failed");
             return false;
         }
         key = readString(keyBuffer_);
         if (peek() != Token::Colon) {
-            reportError("object member separator is failed");
+            report("object member separator is failed");
             return false;
         }
         step();
@@ -328,7 +328,7 @@ bool JsonParser::readValue(const Frame& top, std::string_view key, Token token)
         skipLiteral(4);
         store(top, key);
         return true;
-    default: reportError("object value is failed"); return false;
+    default: report("object value is failed"); return false;
     }
 }
 
@@ -420,7 +420,7 @@ std::string_view JsonParser::readEscapedString(const char* start, std::string& b
         case 'u': readUnicodeEscape(buffer); break;
         default:
             // If reporting returns, the backslash and the byte are dropped.
-            reportError("string escape error");
+            report("string escape error");
             break;
         }
         const char* run = cursor_;
@@ -443,7 +443,7 @@ void JsonParser::readUnicodeEscape(std::string& buffer)
     const int32_t unit = hexQuad(cursor_, end_);
     if (unit < 0) {
         // If reporting returns, "\u" is dropped and the bytes after it stay.
-        reportError("string escape error");
+        report("string escape error");
         return;
     }
     cursor_ += 4;
@@ -482,6 +482,13 @@ double JsonParser::readNumber()
     }
     double number = 0.0;
     return readSimpleNumber(start, cursor_, number) ? number : convertNumber(start, cursor_);
+}
+
+void JsonParser::report(std::string_view message) const
+{
+    if (!quiet_) {
+        reportError(message);
+    }
 }
 
 void JsonParser::skipLiteral(size_t length)

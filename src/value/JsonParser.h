@@ -50,6 +50,10 @@ public:
 
     Value& root() { return root_; }
 
+    // A quiet parser reports nothing: for a text read before, whose errors
+    // have been reported once already. What it reads is the same.
+    void setQuiet() { quiet_ = true; }
+
     // Convenience: parse a whole text and hand back its root.
     static Value read(std::string_view text);
 
@@ -73,6 +77,7 @@ private:
     void readUnicodeEscape(std::string& buffer);
     double readNumber();
     void skipLiteral(size_t length);
+    void report(std::string_view message) const;
 
     void close();
 
@@ -90,6 +95,7 @@ private:
     std::string textBuffer_;
     const char* end_ = nullptr;
     const char* cursor_ = nullptr;
+    bool quiet_ = false;
 };
 
 }  // namespace Mero

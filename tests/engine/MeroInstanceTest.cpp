@@ -14,6 +14,7 @@
 #include "render/ViewRenderNode.h"
 #include "render/RenderTree.h"
 #include "runtime/RuntimeEngine.h"
+#include "support/ReportedErrors.h"
 #include "value/ErrorReporting.h"
 
 namespace {
@@ -108,6 +109,23 @@ TEST_F(MeroInstanceTest, NodesAreFoundBreadthFirst)
 
     instance.sendClickEvent("x");
     EXPECT_EQ((*engine().uiVariables)["got"].string(), "shallow");
+}
+
+// Once the card is built its element tree is dropped and the template's text
+// kept: a second build reads the same tree again and reports nothing twice.
+TEST_F(MeroInstanceTest, ASecondBuildReadsTheElementTreeAgainQuietly)
+{
+    Mero::debugMode = false;
+    constexpr const char* escapeError = R"({"elements": {"$": 3, "nodeId": "root", "children": [
+        {"$": 0, "nodeId": "a\qb"}, {"$": 0, "nodeId": "c"}]}})";
+    EXPECT_EQ(MeroTest::printedOutput([&] { build(escapeError); }), "string escape error\n");
+    EXPECT_TRUE(engine().elements.isNull());
+    for (int build = 2; build <= 3; ++build) {
+        EXPECT_EQ(MeroTest::printedOutput([&] { instance.initNode(); }), "") << build;
+        EXPECT_NE(instance.renderTree().find("ab"), nullptr) << build;
+        EXPECT_NE(instance.renderTree().find("c"), nullptr) << build;
+        EXPECT_FALSE(engine().elements.isNull()) << build;  // kept once built twice
+    }
 }
 
 TEST_F(MeroInstanceTest, JobIdsComeFromRandWithoutCollisionChecks)
