@@ -145,7 +145,6 @@ public:
     const Value& elementsForBuild();
     void releaseElements();
 
-
     RuntimeServices services;
     // Video-time points collected by script until it starts them; null until
     // the first one.
