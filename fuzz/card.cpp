@@ -2,7 +2,7 @@
 // kinds, properties, bindings, transitions, lists and swipers, functions and
 // events that use the built-ins), its data, and a run of host actions
 // (events, clicks, swipes, timers, video jobs, bridge replies, resizes,
-// markDirty). After every action: no crash, leak or undefined behaviour,
+// markDirty, a rebuild). After every action: no crash, leak or undefined behaviour,
 // every limit holds, and a mirror host that keeps its own view tree from
 // what the engine sent equals a fresh build from the engine's state.
 //
@@ -365,7 +365,7 @@ void act(Mero::MeroInstance& instance, FuzzHost& host, FuzzedDataProvider& bytes
     const std::vector<std::string> ids = nodeIds(instance);
     auto anyId = [&] { return ids.empty() ? std::string() : ids[bytes.ConsumeIntegralInRange<std::size_t>(0, ids.size() - 1)]; };
     const char* action = "an event";
-    switch (bytes.ConsumeIntegralInRange(0, 8)) {
+    switch (bytes.ConsumeIntegralInRange(0, 9)) {
     case 0: {
         const std::string name = "e" + std::to_string(bytes.ConsumeIntegralInRange(0, 3));
         trace("sendEvent " + name);
@@ -428,6 +428,15 @@ void act(Mero::MeroInstance& instance, FuzzHost& host, FuzzedDataProvider& bytes
         Mero::runAtBoundary("markDirty", [&] { instance.markDirty(id); });
         break;
     }
+    case 8:
+        // The host builds the card anew: a second build reads the element
+        // tree again from the template's text.
+        action = "a rebuild";
+        trace("initNode");
+        Mero::runAtBoundary("initNode", [&] { instance.initNode(); });
+        Mero::runAtBoundary("applyLayout", [&] { instance.applyLayout(); });
+        Mero::runAtBoundary("createComponentTree", [&] { host.mirror->createComponentTree(instance); });
+        break;
     default:
         action = "clearing video jobs";
         trace("clearVideoTimerJobs");
