@@ -74,14 +74,7 @@ void MeroInstance::loadTemplate(std::string_view text)
 
 void MeroInstance::setData(std::string_view data, std::string_view extraData)
 {
-    Value values = JsonParser::read(data);
-    Value extra = JsonParser::read(extraData);
-    // The reader's root is always an object; the data map is shared, not
-    // copied. Extra data never replaces a key the data already has.
-    engine_->data = values.objectPtr();
-    for (const auto& [key, value] : extra.object()) {
-        engine_->data->try_emplace(key, value);
-    }
+    engine_->setData(data, extraData, tree_->root() != nullptr);
 }
 
 void MeroInstance::initContainerSize(float width, float height, int32_t widthMode, int32_t heightMode)

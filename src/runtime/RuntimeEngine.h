@@ -20,6 +20,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "runtime/DataNames.h"
 #include "runtime/EventHandler.h"
 #include "runtime/RuntimeServices.h"
 #include "runtime/LocalScope.h"
@@ -145,14 +146,29 @@ public:
     const Value& elementsForBuild();
     void releaseElements();
 
+    // The host's business data: `extraData`'s members join `data`'s without
+    // replacing any. Large data for a card not yet built keeps only the
+    // members that the template's data reads name; its text is kept, and a
+    // later template reads it whole.
+    void setData(std::string_view dataText, std::string_view extraDataText, bool cardBuilt);
+
     RuntimeServices services;
     // Video-time points collected by script until it starts them; null until
     // the first one.
     VideoTimerListPtr pendingVideoTimers;
 
 private:
+    void readData(std::string_view dataText, std::string_view extraDataText, const JsonParser::KeySet* keep,
+                  bool quiet);
+    void readWholeDataAgain();
+
     std::string templateText_;  // while the element tree may be released
     bool elementsReleased_ = false;
+    int templatesLoaded_ = 0;
+    DataNames dataNamesOutsideElements_;
+    // While data members are left out, the texts they were read from.
+    std::string dataText_;
+    std::string extraDataText_;
     FunctionTable functionTable_;
     EventTable eventTable_;
     ObserverTable observers_;

@@ -52,6 +52,11 @@ void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
     const Value& root = parser.root();
 
     elements = memberOf(root, "elements");
+    for (const auto& [key, value] : root.object()) {
+        if (key != "elements") {
+            dataNamesOutsideElements_.addReadsIn(value);
+        }
+    }
     uiVariables = uiVariablesOf(memberOf(root, "variables"));
     globalVariables = std::make_shared<ValueObject>();
 
@@ -69,6 +74,8 @@ void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
         registerEvent(std::move(name), std::move(handler));
     }
     templateText_.assign(text, length);
+    ++templatesLoaded_;
+    readWholeDataAgain();
 }
 
 const Value& RuntimeEngine::elementsForBuild()

@@ -216,6 +216,14 @@ double convertNumber(const char* start, const char* end)
 
 }  // namespace
 
+ValueObject JsonParser::dropObject_;
+ValueArray JsonParser::dropArray_;
+
+inline bool JsonParser::Frame::kept() const
+{
+    return object != &dropObject_ && array != &dropArray_;
+}
+
 Value JsonParser::read(std::string_view text)
 {
     JsonParser parser;
@@ -300,33 +308,54 @@ bool JsonParser::readMember(const Frame& top, Token token)
         step();
         token = peek();
     }
-    return readValue(top, key, token);
+    const bool dropped = !top.kept() || (rootKeys_ != nullptr && stack_.size() == 1 && !rootKeys_->contains(key));
+    return readValue(top, key, token, !dropped);
 }
 
-bool JsonParser::readValue(const Frame& top, std::string_view key, Token token)
+// Reads a value into `top` under `key`; a value not kept is read all the
+// same, with the same reports, and dropped.
+bool JsonParser::readValue(const Frame& top, std::string_view key, Token token, bool keep)
 {
     switch (token) {
     case Token::ObjectOpen:
         step();
-        open(top, key, Kind::Object);
+        open(top, key, Kind::Object, keep);
         return true;
     case Token::ArrayOpen:
         step();
-        open(top, key, Kind::Array);
+        open(top, key, Kind::Array, keep);
         return true;
-    case Token::String: store(top, key, std::string(readString(textBuffer_))); return true;
-    case Token::Number: store(top, key, readNumber()); return true;
+    case Token::String: {
+        const std::string_view text = readString(textBuffer_);
+        if (keep) {
+            store(top, key, std::string(text));
+        }
+        return true;
+    }
+    case Token::Number: {
+        const double number = readNumber();
+        if (keep) {
+            store(top, key, number);
+        }
+        return true;
+    }
     case Token::True:
         skipLiteral(4);
-        store(top, key, true);
+        if (keep) {
+            store(top, key, true);
+        }
         return true;
     case Token::False:
         skipLiteral(5);
-        store(top, key, false);
+        if (keep) {
+            store(top, key, false);
+        }
         return true;
     case Token::Null:
         skipLiteral(4);
-        store(top, key);
+        if (keep) {
+            store(top, key);
+        }
         return true;
     default: report("object value is failed"); return false;
     }
@@ -343,8 +372,12 @@ Value& JsonParser::store(const Frame& top, std::string_view key, Args&&... args)
     return top.array->emplace_back(std::forward<Args>(args)...);
 }
 
-void JsonParser::open(const Frame& top, std::string_view key, Kind kind)
+void JsonParser::open(const Frame& top, std::string_view key, Kind kind, bool keep)
 {
+    if (!keep) {
+        stack_.push_back(kind == Kind::Object ? Frame{&dropObject_, nullptr} : Frame{nullptr, &dropArray_});
+        return;
+    }
     Value& stored = store(top, key, kind);
     // Under a duplicate key, a container is read into the first value when
     // that is a container of the same kind, and otherwise into a scratch one
@@ -372,7 +405,7 @@ void JsonParser::close()
     constexpr size_t kMaxHint = 64;
     const Frame& top = stack_.back();
     const size_t depth = stack_.size() - 1;
-    if (depth < sizeHints_.size()) {
+    if (depth < sizeHints_.size() && top.kept()) {
         auto& [objectHint, arrayHint] = sizeHints_[depth];
         (top.object != nullptr ? objectHint : arrayHint) =
             static_cast<uint32_t>(std::min(top.object != nullptr ? top.object->size() : top.array->size(), kMaxHint));

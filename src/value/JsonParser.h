@@ -13,6 +13,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -54,24 +55,32 @@ public:
     // have been reported once already. What it reads is the same.
     void setQuiet() { quiet_ = true; }
 
+    // Members of the root whose key is not in `keys` are read, checked and
+    // reported like any other, but not kept. Null (the default) keeps all.
+    using KeySet = std::set<std::string, std::less<>>;
+    void keepRootMembers(const KeySet* keys) { rootKeys_ = keys; }
+
     // Convenience: parse a whole text and hand back its root.
     static Value read(std::string_view text);
 
 private:
     // One open container; exactly one of the two is set. They point at the
     // shared container itself, which never moves while it is being filled.
+    // A container that is read but not kept points at dropObject_ or
+    // dropArray_, which stay empty.
     struct Frame {
         ValueObject* object;
         ValueArray* array;
+        bool kept() const;
     };
 
     Token peek();
     void step();
     bool readMember(const Frame& top, Token token);
-    bool readValue(const Frame& top, std::string_view key, Token token);
+    bool readValue(const Frame& top, std::string_view key, Token token, bool keep);
     template <typename... Args>
     Value& store(const Frame& top, std::string_view key, Args&&... args);
-    void open(const Frame& top, std::string_view key, Kind kind);
+    void open(const Frame& top, std::string_view key, Kind kind, bool keep);
     std::string_view readString(std::string& buffer);
     std::string_view readEscapedString(const char* start, std::string& buffer);
     void readUnicodeEscape(std::string& buffer);
@@ -96,6 +105,9 @@ private:
     const char* end_ = nullptr;
     const char* cursor_ = nullptr;
     bool quiet_ = false;
+    const KeySet* rootKeys_ = nullptr;
+    static ValueObject dropObject_;
+    static ValueArray dropArray_;
 };
 
 }  // namespace Mero

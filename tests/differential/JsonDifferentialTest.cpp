@@ -11,7 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "support/CanonicalJson.h"
 #include "support/JsonOracle.h"
+#include "support/ReportedErrors.h"
 
 using MeroTest::checkAgainstOracle;
 using MeroTest::wrapped;
@@ -128,6 +130,80 @@ TEST(JsonDifferentialSuite, EveryTextRapidJsonAcceptsIsReadAndWrittenAlike)
         "JSON test suite: %zu of %zu valid texts read equal to RapidJSON's value; "
         "%zu of the %zu other texts accepted by RapidJSON, all read alike\n",
         validReadEqual, valid, acceptedOthers, others);
+}
+
+// How a text reads, whole or keeping only the root member "keep": what is
+// printed and thrown with debugMode clear, what is thrown with it set, and
+// the root's members.
+struct Reading {
+    std::string printed;
+    std::string thrown;
+    std::string thrownInDebugMode;
+    std::vector<std::pair<std::string, std::string>> members;  // canonical JSON
+};
+
+Reading readKeeping(const std::string& text, const Mero::JsonParser::KeySet* keep, bool compareValues)
+{
+    auto parse = [&](Mero::JsonParser& parser) {
+        parser.keepRootMembers(keep);
+        parser.parse(text);
+    };
+    Reading reading;
+    Mero::JsonParser parser;
+    reading.printed = MeroTest::printedOutput([&] {
+        try {
+            parse(parser);
+        } catch (const std::exception& error) {
+            reading.thrown = error.what();
+        }
+    });
+    reading.thrownInDebugMode = MeroTest::thrownMessage([&] {
+        Mero::JsonParser debugParser;
+        try {
+            parse(debugParser);
+        } catch (const std::logic_error& error) {  // the conversions' own
+            throw std::runtime_error(error.what());
+        }
+    });
+    if (reading.thrown.empty()) {
+        for (const auto& [key, value] : parser.root().object()) {
+            reading.members.emplace_back(key, compareValues ? MeroTest::canonicalJson(value) : "");
+        }
+    }
+    return reading;
+}
+
+// Leaving root members out reads everything else as a whole read does, with
+// the same reports at the same points: texts of the suite and our own, as
+// the root, and as kept and left-out members, repeated keys included.
+TEST(JsonReaderLeavingMembersOut, ReadsAndReportsTheRestAsAWholeRead)
+{
+    namespace fs = std::filesystem;
+    std::vector<std::string> texts;
+    for (const OwnText& own : ownTexts()) {
+        texts.push_back(own.text);
+    }
+    for (const auto& entry : fs::directory_iterator(fs::path(MERO_JSON_TEST_SUITE))) {
+        texts.push_back(readFile(entry.path()));
+    }
+    texts.push_back(R"({"keep": {"a": 1}, "drop": [1, 2], "keep": {"b": 2}, "drop": {"c": "x\qy"}, "tail": 1e400})");
+    const Mero::JsonParser::KeySet keep{"keep"};
+    for (const std::string& text : texts) {
+        // Values nested deeper than the comparison recurses are not compared.
+        const bool shallow = std::count(text.begin(), text.end(), '[') + std::count(text.begin(), text.end(), '{') < 400;
+        for (const std::string& root : {text, R"({"keep": )" + text + R"(, "drop": )" + text + "}",
+                                        R"({"drop": )" + text + R"(, "keep": )" + text + R"(, "keep": )" + text + "}"}) {
+            const Reading whole = readKeeping(root, nullptr, shallow);
+            const Reading kept = readKeeping(root, &keep, shallow);
+            EXPECT_EQ(kept.printed, whole.printed) << root;
+            EXPECT_EQ(kept.thrown, whole.thrown) << root;
+            EXPECT_EQ(kept.thrownInDebugMode, whole.thrownInDebugMode) << root;
+            std::vector<std::pair<std::string, std::string>> expected;
+            std::copy_if(whole.members.begin(), whole.members.end(), std::back_inserter(expected),
+                         [](const auto& member) { return member.first == "keep"; });
+            EXPECT_EQ(kept.members, expected) << root;
+        }
+    }
 }
 
 }  // namespace

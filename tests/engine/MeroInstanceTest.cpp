@@ -128,6 +128,45 @@ TEST_F(MeroInstanceTest, ASecondBuildReadsTheElementTreeAgainQuietly)
     }
 }
 
+// Large data for a card not yet built keeps only the members that the
+// template's data reads name, wherever they are; a template that reads
+// "$root", small data, a built card or a second template keep every member.
+TEST_F(MeroInstanceTest, LargeDataKeepsOnlyTheMembersTheTemplateReads)
+{
+    const std::string large = R"({"shown": true, "other": ")" + std::string(5000, 'x') + R"(", "called": 2})";
+    const std::string small = R"({"shown": true, "other": "x", "called": 2})";
+    const std::string card = R"({"elements": {"$": 0, "nodeId": "n", "visible": {"$": 19, "n": "shown"}},
+        "functions": [{"n": "f", "a": [], "b": [{"$": 11, "returnValue": {"$": 19, "n": "called"}}]}]})";
+    auto keys = [](MeroInstance& shown) {
+        std::string names;
+        for (const auto& [key, value] : *shown.runtime().data) {
+            names += key + " ";
+        }
+        return names;
+    };
+    instance.loadTemplate(card);
+    instance.setData(large, R"({"extra": 1, "shown": false})");
+    EXPECT_EQ(keys(instance), "shown called ");
+    EXPECT_TRUE((*engine().data)["shown"].boolean());
+    instance.loadTemplate(R"({"elements": {"$": 0, "nodeId": "m"}})");
+    EXPECT_EQ(keys(instance), "shown other called extra ");
+
+    const std::string rootCard = R"({"elements": {"$": 0, "nodeId": "n", "visible": {"$": 19, "n": "$root"}}})";
+    const struct {
+        std::string templateText, data;
+        bool builtFirst;
+    } wholes[] = {{rootCard, large, false}, {card, small, false}, {card, large, true}};
+    for (const auto& whole : wholes) {
+        MeroInstance other;
+        other.loadTemplate(whole.templateText);
+        if (whole.builtFirst) {
+            other.initNode();
+        }
+        other.setData(whole.data, "{}");
+        EXPECT_EQ(keys(other), "shown other called ") << whole.templateText;
+    }
+}
+
 TEST_F(MeroInstanceTest, JobIdsComeFromRandWithoutCollisionChecks)
 {
     std::srand(11);
