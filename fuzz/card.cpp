@@ -59,10 +59,13 @@ public:
         return text + "]}";
     }
 
+    // Sometimes padded past the size from which a card keeps only the
+    // members its template reads.
     std::string data()
     {
-        return R"({"d0":[{"name":"a","n":1},{"name":"b","n":2},{"name":"c","n":3}],"d1":"text","d2":)" + literal() +
-               R"(,"d3":[1,2,3,4,5,6,7,8]})";
+        const std::string padding = chance(2) ? R"("pad":")" + std::string(4096, 'x') + R"(",)" : "";
+        return R"({"d0":[{"name":"a","n":1},{"name":"b","n":2},{"name":"c","n":3}],"d1":"text",)" + padding +
+               R"("d2":)" + literal() + R"(,"d3":[1,2,3,4,5,6,7,8]})";
     }
 
 private:
