@@ -36,6 +36,19 @@ final class Checks {
         }
     }
 
+    /** The message of the exception body throws, which must be a type; "no error" when it throws none. */
+    static String messageOf(Class<? extends Throwable> type, Case body) throws Exception {
+        try {
+            body.run();
+        } catch (Throwable error) {
+            if (!type.isInstance(error)) {
+                throw error instanceof Exception checked ? checked : new RuntimeException(error);
+            }
+            return error.getMessage();
+        }
+        return "no error";
+    }
+
     static void fail(String what) {
         failures.add(current + ": " + what);
     }

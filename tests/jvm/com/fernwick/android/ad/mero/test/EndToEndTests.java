@@ -4,6 +4,7 @@ import static java.nio.charset.StandardCharsets.UTF_8;
 
 import static com.fernwick.android.ad.mero.test.Checks.check;
 import static com.fernwick.android.ad.mero.test.Checks.equal;
+import static com.fernwick.android.ad.mero.test.Checks.messageOf;
 
 import com.fernwick.android.ad.mero.components.GradientInfo;
 
@@ -80,13 +81,8 @@ public final class EndToEndTests {
         calls("a host method that throws ends the flush there; the caller gets the exception; the card goes on",
                 Templates.CARD, c -> {
                     c.throwingId = "badge";
-                    Throwable thrown = null;
-                    try {
-                        c.event("showBadge");
-                    } catch (IllegalStateException error) {
-                        thrown = error;
-                    }
-                    equal("host refused badge", thrown == null ? null : thrown.getMessage(), "the host's exception");
+                    equal("host refused badge", messageOf(IllegalStateException.class, () -> c.event("showBadge")),
+                            "the host's exception");
                     c.throwingId = null;
                     c.click("title");
                 }, "update logo 2=F160.0", "update answer 2=F260.0", "createComponent 0 badge",

@@ -10,6 +10,7 @@ import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Map;
+import java.util.stream.Stream;
 import javax.imageio.ImageIO;
 
 /**
@@ -51,20 +52,14 @@ public final class PreviewCliTests {
         work = Files.createTempDirectory("mero-preview-tests");
         Path card = write("card.json", CARD);
 
-        check("a card is drawn at the card width and its own height, scaled to it", () -> {
-            Run run = preview(card, "--width", "375", "--out", out("half"));
-            equal(0, run.exitCode(), "exit code");
-            BufferedImage picture = picture("half", 0);
-            equal("375x100", picture.getWidth() + "x" + picture.getHeight(), "picture size");
-            equal(List.of(GREY, BLUE, GREY, GREY), colours(picture, 5, 5, 70, 50, 21, 31, 150, 90),
+        check("a card is drawn at --width (750 by default) and its own height or --height, scaled to it", () -> {
+            equal(0, preview(card, "--width", "375", "--out", out("half")).exitCode(), "exit code at --width");
+            equal(0, preview(card, "--height", "300", "--out", out("tall")).exitCode(), "exit code at --height");
+            BufferedImage half = picture("half", 0), tall = picture("tall", 0);
+            equal("375x100 750x300", size(half) + " " + size(tall), "picture sizes");
+            equal(List.of(GREY, BLUE, GREY, GREY), colours(half, 5, 5, 70, 50, 21, 31, 150, 90),
                     "root, button centre, outside the button's rounded corner, right of the button");
-        });
-        check("--height sets the picture's height; the default width is 750", () -> {
-            Run run = preview(card, "--height", "300", "--out", out("tall"));
-            equal(0, run.exitCode(), "exit code");
-            BufferedImage picture = picture("tall", 0);
-            equal("750x300", picture.getWidth() + "x" + picture.getHeight(), "picture size");
-            equal(List.of(BLUE, GREY), colours(picture, 140, 100, 140, 150), "button centre, below the button");
+            equal(List.of(BLUE, GREY), colours(tall, 140, 100, 140, 150), "tall: button centre, below the button");
         });
         check("each scenario step writes a picture and a tree", () -> {
             Path scenario = write("click.json", "[{\"click\": \"button\", \"note\": \"press it\"}]");
@@ -84,36 +79,29 @@ public final class PreviewCliTests {
                     write("two.json", "[{\"click\": \"install\"}, {\"advance\": 1000}]").toString(),
                     "--strict", "--out", out("app"));
             equal(0, run.exitCode(), "exit code");
-            equal("750x476", picture("app", 0).getWidth() + "x" + picture("app", 0).getHeight(), "picture size");
+            equal("750x476", size(picture("app", 0)), "picture size");
             equal(List.of(0xF2F3F5, 0x2563EB, 0x2563EB), colours(picture("app", 0), 5, 5, 80, 381, 650, 381),
                     "page, both ends of the idle button");
             equal(List.of(0x2563EB, 0x60A5FA), colours(picture("app", 2), 80, 381, 650, 381),
                     "the button at 30%: progress at its start, track at its end");
         });
-        check("a script error is shown with its step; --strict makes it fail the run", () -> {
+        check("a script error and the template checker's findings are shown; --strict fails on them after drawing",
+                () -> {
             Path scenario = write("fail.json", "[{\"event\": \"fail\"}]");
-            for (String mode : List.of("lenient", "strict")) {
-                List<String> arguments = new ArrayList<>(List.of("--scenario", scenario.toString(), "--out", out(mode)));
-                if (mode.equals("strict")) {
-                    arguments.add("--strict");
-                }
-                Run run = preview(card, arguments.toArray(String[]::new));
-                equal(mode.equals("strict") ? 1 : 0, run.exitCode(), mode + " exit code");
-                equal(true, run.stderr().contains("mero-preview: step-01: set timeout args size not match"),
-                        mode + " message in " + run.stderr());
-                equal(true, Files.exists(work.resolve(mode + "/step-01.png")), mode + " still draws the step");
-            }
-        });
-        check("the template checker's findings come first; --strict fails on them after drawing", () -> {
             Path misspelled = write("misspelled.json",
                     "{\"elements\": {\"$\": 0, \"nodeId\": \"root\",\n  \"backgroundColour\": \"#FF0000FF\"}}");
             for (String mode : List.of("lenient", "strict")) {
-                Run run = mode.equals("strict") ? preview(misspelled, "--strict", "--out", out("checked-" + mode))
-                                                : preview(misspelled, "--out", out("checked-" + mode));
-                equal(mode.equals("strict") ? 1 : 0, run.exitCode(), mode + " exit code");
+                String strict = mode.equals("strict") ? "--strict" : "";
+                Run failing = preview(card, "--scenario", scenario.toString(), strict, "--out", out(mode));
+                Run checked = preview(misspelled, strict, "--out", out("checked-" + mode));
+                int exitCode = mode.equals("strict") ? 1 : 0;
+                equal(List.of(exitCode, exitCode), List.of(failing.exitCode(), checked.exitCode()), mode + " exit codes");
+                equal(true, failing.stderr().contains("mero-preview: step-01: set timeout args size not match"),
+                        mode + " message in " + failing.stderr());
                 equal(misspelled + ":2:3: error: unknown property \"backgroundColour\" of a view node; "
-                        + "did you mean \"backgroundColor\"?", run.stdout().lines().findFirst().orElse(""),
-                        mode + " first line");
+                        + "did you mean \"backgroundColor\"?", checked.stdout().lines().findFirst().orElse(""),
+                        mode + " the checker's finding is the first line");
+                equal(true, Files.exists(work.resolve(mode + "/step-01.png")), mode + " still draws the step");
                 equal(true, Files.exists(work.resolve("checked-" + mode + "/step-00.png")), mode + " still draws");
             }
         });
@@ -159,6 +147,10 @@ public final class PreviewCliTests {
         return ImageIO.read(work.resolve(folder).resolve(String.format("step-%02d.png", step)).toFile());
     }
 
+    private static String size(BufferedImage picture) {
+        return picture.getWidth() + "x" + picture.getHeight();
+    }
+
     /** The RGB colour (alpha dropped) at each (x, y) pair. */
     private static List<Integer> colours(BufferedImage picture, int... points) {
         List<Integer> colours = new ArrayList<>();
@@ -168,9 +160,10 @@ public final class PreviewCliTests {
         return colours;
     }
 
+    /** Runs mero-preview on the template; empty options are left out. */
     private static Run preview(Path template, String... options) throws Exception {
         List<String> arguments = new ArrayList<>(List.of(template.toString()));
-        arguments.addAll(List.of(options));
+        arguments.addAll(Stream.of(options).filter(option -> !option.isEmpty()).toList());
         return run(arguments.toArray(String[]::new));
     }
 

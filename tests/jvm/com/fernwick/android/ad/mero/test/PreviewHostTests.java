@@ -2,6 +2,7 @@ package com.fernwick.android.ad.mero.test;
 
 import static com.fernwick.android.ad.mero.test.Checks.check;
 import static com.fernwick.android.ad.mero.test.Checks.equal;
+import static com.fernwick.android.ad.mero.test.Checks.messageOf;
 
 import com.fernwick.android.ad.mero.preview.BridgeFixture;
 import com.fernwick.android.ad.mero.preview.Json;
@@ -120,7 +121,7 @@ public final class PreviewHostTests {
     }
 
     private static void videoTimers() {
-        PreviewHost card = card(BridgeFixture.empty());
+        PreviewHost card = card(CARD, BridgeFixture.empty());
         card.sendEvent(card.handle(), "play", "");
         card.settle();
         equal("-|fired|-", texts(card), "from 1000 ms: 0 ms never, 1000 ms at once");
@@ -138,7 +139,7 @@ public final class PreviewHostTests {
         BridgeFixture fixture = BridgeFixture.parse("""
             {"getUser": {"replies": [{"n": 1}, {"n": 2}], "delayMs": 500}, "getApp": {"reply": "same"}}
             """);
-        PreviewHost card = card(fixture);
+        PreviewHost card = card(CARD, fixture);
         card.sendEvent(card.handle(), "ask", "");
         card.clock().advance(499);
         equal("-", card.find("answer").text(PropertyTable.TEXT), "not answered before 500 ms");
@@ -155,7 +156,7 @@ public final class PreviewHostTests {
         equal(null, fixture.next("unknown"), "a method the fixture lacks");
     }
 
-    private static void badFixtures() {
+    private static void badFixtures() throws Exception {
         String[][] rows = {
             {"[]", "the bridge fixture must be a JSON object of method names"},
             {"{\"m\": 1}", "bridge method \"m\": expected an object, found number"},
@@ -166,13 +167,7 @@ public final class PreviewHostTests {
             {"{\"m\": {\"reply\": 1, \"delay\": 5}}", "bridge method \"m\": unknown key \"delay\""},
         };
         for (String[] row : rows) {
-            String message = "no error";
-            try {
-                BridgeFixture.parse(row[0]);
-            } catch (IllegalArgumentException bad) {
-                message = bad.getMessage();
-            }
-            equal(row[1], message, row[0]);
+            equal(row[1], messageOf(IllegalArgumentException.class, () -> BridgeFixture.parse(row[0])), row[0]);
         }
     }
 
@@ -244,7 +239,7 @@ public final class PreviewHostTests {
         equal(null, BridgeFixture.DownloadUpdate.of(Json.parse("{\"progress\": 5}")), "no downloadStatus");
     }
 
-    private static void scenarios() {
+    private static void scenarios() throws Exception {
         List<String> read = Scenario.parse("""
             [{"click": "buy", "note": "tap"}, {"event": "e"}, {"event": "e", "payload": [1, {"a": null}]},
              {"advance": 0}, {"swipe": "s", "page": 2}, {"resize": {"width": 600}},
@@ -270,17 +265,11 @@ public final class PreviewHostTests {
             {"[{\"event\": \"e\", \"note\": 3}]", "scenario step 1 (step-01): \"note\" must be a string"},
         };
         for (String[] row : rows) {
-            String message = "no error";
-            try {
-                Scenario.parse(row[0]);
-            } catch (IllegalArgumentException bad) {
-                message = bad.getMessage();
-            }
-            equal(row[1], message, row[0]);
+            equal(row[1], messageOf(IllegalArgumentException.class, () -> Scenario.parse(row[0])), row[0]);
         }
     }
 
-    private static void jsonRoundTrip() {
+    private static void jsonRoundTrip() throws Exception {
         String text = "{\"s\": \"q\\\"\\\\\\n\\u00e9\\t\", \"n\": [0, -1.5, 2e3, 1.0E-4], \"b\": [true, false, null],"
                 + " \"o\": {}, \"a\": [], \"s\": \"second\"}";
         Object value = Json.parse(text);
@@ -307,13 +296,7 @@ public final class PreviewHostTests {
             {"{} x", "unexpected text after the value at line 1, column 4"},
         };
         for (String[] row : bad) {
-            String message = "no error";
-            try {
-                Json.parse(row[0]);
-            } catch (Json.ParseException error) {
-                message = error.getMessage();
-            }
-            equal(row[1], message, row[0]);
+            equal(row[1], messageOf(Json.ParseException.class, () -> Json.parse(row[0])), row[0]);
         }
     }
 
@@ -346,11 +329,7 @@ public final class PreviewHostTests {
             """, tree, "tree text");
     }
 
-    /** CARD shown 750 wide, as tall as its content, on a fresh handle. */
-    private static PreviewHost card(BridgeFixture fixture) {
-        return card(CARD, fixture);
-    }
-
+    /** The template shown 750 wide, as tall as its content, on a fresh handle. */
     private static PreviewHost card(String template, BridgeFixture fixture) {
         PreviewHost card = new PreviewHost(nextHandle++, new VirtualClock(), fixture, Path.of("."));
         card.showCard(template, "{}", 750, null);
