@@ -219,11 +219,6 @@ double convertNumber(const char* start, const char* end)
 ValueObject JsonParser::dropObject_;
 ValueArray JsonParser::dropArray_;
 
-inline bool JsonParser::Frame::kept() const
-{
-    return object != &dropObject_ && array != &dropArray_;
-}
-
 Value JsonParser::read(std::string_view text)
 {
     JsonParser parser;
@@ -262,7 +257,7 @@ void JsonParser::parse(const char* begin, const char* end)
     if (peek() != Token::ObjectOpen) {
         report("Syntax error: '{' expected.");
     }
-    stack_.push_back({&root_.object(), nullptr});
+    stack_.push_back({&root_.object(), nullptr, rootKeys_ != nullptr ? Members::KeptIfNamed : Members::Kept});
     step();
 
     while (cursor_ != end_) {
@@ -308,52 +303,65 @@ bool JsonParser::readMember(const Frame& top, Token token)
         step();
         token = peek();
     }
-    const bool dropped = !top.kept() || (rootKeys_ != nullptr && stack_.size() == 1 && !rootKeys_->contains(key));
-    return readValue(top, key, token, !dropped);
+    if (top.members == Members::Kept) [[likely]] {
+        return readValue<true>(top, key, token);
+    }
+    return top.members == Members::Dropped || !rootKeys_->contains(key) ? readValue<false>(top, key, token)
+                                                                         : readValue<true>(top, key, token);
 }
 
-// Reads a value into `top` under `key`; a value not kept is read all the
-// same, with the same reports, and dropped.
-bool JsonParser::readValue(const Frame& top, std::string_view key, Token token, bool keep)
+// Reads a value into `top` under `key`. A value not kept is read all the
+// same, with the same reports, and dropped: a container opens a frame that
+// keeps nothing.
+template <bool Keep>
+bool JsonParser::readValue(const Frame& top, std::string_view key, Token token)
 {
     switch (token) {
     case Token::ObjectOpen:
         step();
-        open(top, key, Kind::Object, keep);
+        if constexpr (Keep) {
+            open(top, key, Kind::Object);
+        } else {
+            stack_.push_back({&dropObject_, nullptr, Members::Dropped});
+        }
         return true;
     case Token::ArrayOpen:
         step();
-        open(top, key, Kind::Array, keep);
+        if constexpr (Keep) {
+            open(top, key, Kind::Array);
+        } else {
+            stack_.push_back({nullptr, &dropArray_, Members::Dropped});
+        }
         return true;
     case Token::String: {
         const std::string_view text = readString(textBuffer_);
-        if (keep) {
+        if constexpr (Keep) {
             store(top, key, std::string(text));
         }
         return true;
     }
     case Token::Number: {
-        const double number = readNumber();
-        if (keep) {
+        const double number = readNumber();  // dropped or not, it may throw
+        if constexpr (Keep) {
             store(top, key, number);
         }
         return true;
     }
     case Token::True:
         skipLiteral(4);
-        if (keep) {
+        if constexpr (Keep) {
             store(top, key, true);
         }
         return true;
     case Token::False:
         skipLiteral(5);
-        if (keep) {
+        if constexpr (Keep) {
             store(top, key, false);
         }
         return true;
     case Token::Null:
         skipLiteral(4);
-        if (keep) {
+        if constexpr (Keep) {
             store(top, key);
         }
         return true;
@@ -372,12 +380,8 @@ Value& JsonParser::store(const Frame& top, std::string_view key, Args&&... args)
     return top.array->emplace_back(std::forward<Args>(args)...);
 }
 
-void JsonParser::open(const Frame& top, std::string_view key, Kind kind, bool keep)
+void JsonParser::open(const Frame& top, std::string_view key, Kind kind)
 {
-    if (!keep) {
-        stack_.push_back(kind == Kind::Object ? Frame{&dropObject_, nullptr} : Frame{nullptr, &dropArray_});
-        return;
-    }
     Value& stored = store(top, key, kind);
     // Under a duplicate key, a container is read into the first value when
     // that is a container of the same kind, and otherwise into a scratch one
@@ -405,7 +409,7 @@ void JsonParser::close()
     constexpr size_t kMaxHint = 64;
     const Frame& top = stack_.back();
     const size_t depth = stack_.size() - 1;
-    if (depth < sizeHints_.size() && top.kept()) {
+    if (depth < sizeHints_.size() && top.members != Members::Dropped) {
         auto& [objectHint, arrayHint] = sizeHints_[depth];
         (top.object != nullptr ? objectHint : arrayHint) =
             static_cast<uint32_t>(std::min(top.object != nullptr ? top.object->size() : top.array->size(), kMaxHint));

@@ -66,21 +66,28 @@ public:
 private:
     // One open container; exactly one of the two is set. They point at the
     // shared container itself, which never moves while it is being filled.
-    // A container that is read but not kept points at dropObject_ or
-    // dropArray_, which stay empty.
+    // What becomes of the members of an open container.
+    enum class Members : uint8_t {
+        Kept,
+        Dropped,  // read and checked, kept nowhere
+        KeptIfNamed,  // the root's, when only some are kept
+    };
+    // One open container. A dropped one points at dropObject_ or dropArray_,
+    // which stay empty, so that it still reads as an object or an array.
     struct Frame {
         ValueObject* object;
         ValueArray* array;
-        bool kept() const;
+        Members members = Members::Kept;
     };
 
     Token peek();
     void step();
     bool readMember(const Frame& top, Token token);
-    bool readValue(const Frame& top, std::string_view key, Token token, bool keep);
+    template <bool Keep>
+    bool readValue(const Frame& top, std::string_view key, Token token);
     template <typename... Args>
     Value& store(const Frame& top, std::string_view key, Args&&... args);
-    void open(const Frame& top, std::string_view key, Kind kind, bool keep);
+    void open(const Frame& top, std::string_view key, Kind kind);
     std::string_view readString(std::string& buffer);
     std::string_view readEscapedString(const char* start, std::string& buffer);
     void readUnicodeEscape(std::string& buffer);
