@@ -60,7 +60,7 @@ void RuntimeEngine::readData(std::string_view dataText, std::string_view extraDa
 }
 
 // A template loaded after data that was read in part: the new template may
-// read any member, so the data is read whole, reporting nothing twice.
+// read any member, so the data is read whole first, reporting nothing twice.
 void RuntimeEngine::readWholeDataAgain()
 {
     if (dataText_.empty() && extraDataText_.empty()) {

@@ -47,6 +47,7 @@ void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
     ScriptRun building;
     templateText_.clear();
     elementsReleased_ = false;
+    readWholeDataAgain();
     JsonParser parser;
     parser.parse(text, text + length);
     const Value& root = parser.root();
@@ -75,7 +76,6 @@ void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
     }
     templateText_.assign(text, length);
     ++templatesLoaded_;
-    readWholeDataAgain();
 }
 
 const Value& RuntimeEngine::elementsForBuild()
