@@ -28,27 +28,16 @@ void RuntimeEngine::setData(std::string_view dataText, std::string_view extraDat
             names.reset();
         }
     }
-    readData(dataText, extraDataText, names ? &names->names : nullptr, false);
-    if (names) {
-        dataText_.assign(dataText);
-        extraDataText_.assign(extraDataText);
-    } else {
-        dataText_ = std::string();
-        extraDataText_ = std::string();
-    }
+    readData(dataText, extraDataText, names ? &names->names : nullptr);
 }
 
 void RuntimeEngine::readData(std::string_view dataText, std::string_view extraDataText,
-                             const JsonParser::KeySet* keep, bool quiet)
+                             const JsonParser::KeySet* keep)
 {
     JsonParser dataParser;
     JsonParser extraParser;
-    for (JsonParser* parser : {&dataParser, &extraParser}) {
-        parser->keepRootMembers(keep);
-        if (quiet) {
-            parser->setQuiet();
-        }
-    }
+    dataParser.keepRootMembers(keep);
+    extraParser.keepRootMembers(keep);
     dataParser.parse(dataText);
     extraParser.parse(extraDataText);
     // The reader's root is always an object; the data map is shared, not
@@ -57,20 +46,32 @@ void RuntimeEngine::readData(std::string_view dataText, std::string_view extraDa
     for (const auto& [key, value] : extraParser.root().object()) {
         data->try_emplace(key, value);
     }
+    dataLeftOut_ = {};
+    extraDataLeftOut_ = {};
+    if (keep != nullptr) {
+        JsonParser::LeftOut dataLeftOut = dataParser.leftOut();
+        JsonParser::LeftOut extraDataLeftOut = extraParser.leftOut();
+        if (!dataLeftOut.empty() || !extraDataLeftOut.empty()) {
+            dataLeftOut_ = std::move(dataLeftOut);
+            extraDataLeftOut_ = std::move(extraDataLeftOut);
+        }
+    }
 }
 
 // A template loaded after data that was read in part: the new template may
-// read any member, so the data is read whole first, reporting nothing twice.
+// read any member, so the data is made whole first, as a whole read would
+// have made it, reporting nothing twice.
 void RuntimeEngine::readWholeDataAgain()
 {
-    if (dataText_.empty() && extraDataText_.empty()) {
+    if (dataLeftOut_.empty() && extraDataLeftOut_.empty()) {
         return;
     }
-    const std::string dataText = std::move(dataText_);
-    const std::string extraDataText = std::move(extraDataText_);
-    dataText_ = std::string();
-    extraDataText_ = std::string();
-    readData(dataText, extraDataText, nullptr, true);
+    auto whole = std::make_shared<ValueObject>();
+    JsonParser::restoreRoot(*data, dataLeftOut_, *whole);
+    JsonParser::restoreRoot(*data, extraDataLeftOut_, *whole);
+    data = std::move(whole);
+    dataLeftOut_ = {};
+    extraDataLeftOut_ = {};
 }
 
 }  // namespace Mero

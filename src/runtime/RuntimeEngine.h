@@ -148,8 +148,8 @@ public:
 
     // The host's business data: `extraData`'s members join `data`'s without
     // replacing any. Large data for a card not yet built keeps only the
-    // members that the template's data reads name; its text is kept, and a
-    // later template reads it whole.
+    // members that the template's data reads name; what it leaves out is
+    // kept as text, and a later template gets the data whole.
     void setData(std::string_view dataText, std::string_view extraDataText, bool cardBuilt);
 
     RuntimeServices services;
@@ -158,17 +158,16 @@ public:
     VideoTimerListPtr pendingVideoTimers;
 
 private:
-    void readData(std::string_view dataText, std::string_view extraDataText, const JsonParser::KeySet* keep,
-                  bool quiet);
+    void readData(std::string_view dataText, std::string_view extraDataText, const JsonParser::KeySet* keep);
     void readWholeDataAgain();
 
     std::string templateText_;  // while the element tree may be released
     bool elementsReleased_ = false;
     int templatesLoaded_ = 0;
     DataNames dataNamesOutsideElements_;
-    // While data members are left out, the texts they were read from.
-    std::string dataText_;
-    std::string extraDataText_;
+    // While data members are left out, what was left out of each text.
+    JsonParser::LeftOut dataLeftOut_;
+    JsonParser::LeftOut extraDataLeftOut_;
     FunctionTable functionTable_;
     EventTable eventTable_;
     ObserverTable observers_;

@@ -250,9 +250,13 @@ inline void JsonParser::step()
 
 void JsonParser::parse(const char* begin, const char* end)
 {
+    begin_ = begin;
     end_ = end;
     cursor_ = begin;
     stack_.clear();
+    rootMembers_.clear();
+    rootEnd_ = static_cast<size_t>(end - begin);
+    bool rootOpen = true;
 
     if (peek() != Token::ObjectOpen) {
         report("Syntax error: '{' expected.");
@@ -267,6 +271,10 @@ void JsonParser::parse(const char* begin, const char* end)
             // too. One after the root has closed ends the parse.
             if (stack_.empty()) {
                 break;
+            }
+            if (stack_.size() == 1) {
+                rootEnd_ = static_cast<size_t>(cursor_ - begin);
+                rootOpen = false;
             }
             close();
             step();
@@ -283,6 +291,9 @@ void JsonParser::parse(const char* begin, const char* end)
             break;
         }
     }
+    if (rootOpen) {
+        rootEnd_ = static_cast<size_t>(cursor_ - begin);  // where the parse stopped
+    }
 }
 
 // Reads one member of an object (key, colon, value) or one element of an
@@ -290,6 +301,7 @@ void JsonParser::parse(const char* begin, const char* end)
 bool JsonParser::readMember(const Frame& top, Token token)
 {
     std::string_view key;
+    const char* start = cursor_;
     if (top.object != nullptr) {
         if (token != Token::String) {
             report("object key is failed");
@@ -306,8 +318,56 @@ bool JsonParser::readMember(const Frame& top, Token token)
     if (top.members == Members::Kept) [[likely]] {
         return readValue<true>(top, key, token);
     }
-    return top.members == Members::Dropped || !rootKeys_->contains(key) ? readValue<false>(top, key, token)
-                                                                         : readValue<true>(top, key, token);
+    return readLeavingOut(top, key, token, start);
+}
+
+// A member of a container whose members are not all kept; it began at `start`.
+bool JsonParser::readLeavingOut(const Frame& top, std::string_view key, Token token, const char* start)
+{
+    if (top.members == Members::Dropped) {
+        return readValue<false>(top, key, token);
+    }
+    const bool kept = rootKeys_->contains(key);
+    rootMembers_.push_back({std::string(key), static_cast<size_t>(start - begin_), kept});
+    return kept ? readValue<true>(top, key, token) : readValue<false>(top, key, token);
+}
+
+JsonParser::LeftOut JsonParser::leftOut() const
+{
+    LeftOut leftOut;
+    KeySet seen;
+    for (size_t i = 0; i < rootMembers_.size(); ++i) {
+        const RootMember& member = rootMembers_[i];
+        if (seen.insert(member.key).second) {
+            leftOut.order.push_back(member.key);
+        }
+        if (!member.kept) {
+            // To where the next member begins: the separators after it come
+            // along, and the last one runs to where the root ended.
+            const size_t end = i + 1 < rootMembers_.size() ? rootMembers_[i + 1].start : rootEnd_;
+            leftOut.text.append(begin_ + member.start, end - member.start);
+        }
+    }
+    if (!leftOut.text.empty()) {
+        leftOut.text.insert(0, "{");
+    }
+    return leftOut;
+}
+
+void JsonParser::restoreRoot(const ValueObject& kept, const LeftOut& leftOut, ValueObject& into)
+{
+    JsonParser parser;
+    parser.setQuiet();
+    parser.parse(leftOut.text);
+    const ValueObject& readAgain = parser.root().object();
+    for (const std::string& key : leftOut.order) {
+        auto found = kept.find(key);
+        if (found != kept.end()) {
+            into.try_emplace(key, found->second);
+        } else if ((found = readAgain.find(key)) != readAgain.end()) {
+            into.try_emplace(key, found->second);
+        }
+    }
 }
 
 // Reads a value into `top` under `key`. A value not kept is read all the

