@@ -1,7 +1,8 @@
 // Feeds arbitrary bytes to the JSON reader, then through both writers and the
 // teardown. Errors the reader reports are expected; anything that crashes,
 // reads out of bounds or trips a sanitizer is a bug. Reading the same bytes
-// keeping only the root member "a" must report the same and read "a" alike.
+// keeping only the root member "a" must report the same and read "a" alike,
+// and what it left out must make the root whole again.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -20,6 +21,7 @@ struct Reading {
     std::string printed;
     std::string thrown;
     std::string keptMembers;
+    std::string root;  // read whole, or made whole again
 };
 
 Reading read(const char* text, size_t size, const Mero::JsonParser::KeySet* keep, std::ostringstream& sink)
@@ -35,6 +37,9 @@ Reading read(const char* text, size_t size, const Mero::JsonParser::KeySet* keep
                 reading.keptMembers += Mero::toJsonString(value) + ";";
             }
         }
+        Mero::Value whole(Mero::Kind::Object);
+        Mero::JsonParser::restoreRoot(parser.root().object(), parser.leftOut(), whole.object());
+        reading.root = Mero::toJsonString(keep == nullptr ? parser.root() : whole);
         if (keep == nullptr) {
             std::string json = Mero::toJsonString(parser.root());
             std::ostringstream streamed;
@@ -66,10 +71,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const Reading whole = read(text, size, nullptr, sink);
     const Reading kept = read(text, size, &keep, sink);
     std::cout.rdbuf(saved);
-    if (whole.printed != kept.printed || whole.thrown != kept.thrown || whole.keptMembers != kept.keptMembers) {
+    if (whole.printed != kept.printed || whole.thrown != kept.thrown || whole.keptMembers != kept.keptMembers ||
+        whole.root != kept.root) {
         std::cerr << "keeping only \"a\" read differently: printed \"" << kept.printed << "\" for \"" << whole.printed
                   << "\", thrown \"" << kept.thrown << "\" for \"" << whole.thrown << "\", \"a\" " << kept.keptMembers
-                  << " for " << whole.keptMembers << "\n";
+                  << " for " << whole.keptMembers << ", made whole " << kept.root << " for " << whole.root << "\n";
         std::abort();
     }
     return 0;
