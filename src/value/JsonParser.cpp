@@ -318,15 +318,15 @@ bool JsonParser::readMember(const Frame& top, Token token)
     if (top.members == Members::Kept) [[likely]] {
         return readValue<true>(top, key, token);
     }
-    return readLeavingOut(top, key, token, start);
-}
-
-// A member of a container whose members are not all kept; it began at `start`.
-bool JsonParser::readLeavingOut(const Frame& top, std::string_view key, Token token, const char* start)
-{
     if (top.members == Members::Dropped) {
         return readValue<false>(top, key, token);
     }
+    return readRootMember(top, key, token, start);
+}
+
+// A member of the root when only some are kept; it began at `start`.
+bool JsonParser::readRootMember(const Frame& top, std::string_view key, Token token, const char* start)
+{
     const bool kept = rootKeys_->contains(key);
     rootMembers_.push_back({std::string(key), static_cast<size_t>(start - begin_), kept});
     return kept ? readValue<true>(top, key, token) : readValue<false>(top, key, token);
@@ -334,22 +334,27 @@ bool JsonParser::readLeavingOut(const Frame& top, std::string_view key, Token to
 
 JsonParser::LeftOut JsonParser::leftOut() const
 {
+    // A member's text runs to where the next one begins (the separators after
+    // it come along); the last one's to where the root ended.
+    auto endOf = [this](size_t i) { return i + 1 < rootMembers_.size() ? rootMembers_[i + 1].start : rootEnd_; };
+    size_t length = 0;
+    for (size_t i = 0; i < rootMembers_.size(); ++i) {
+        length += rootMembers_[i].kept ? 0 : endOf(i) - rootMembers_[i].start;
+    }
     LeftOut leftOut;
     KeySet seen;
+    if (length > 0) {
+        leftOut.text.reserve(length + 1);
+        leftOut.text += '{';
+    }
     for (size_t i = 0; i < rootMembers_.size(); ++i) {
         const RootMember& member = rootMembers_[i];
         if (seen.insert(member.key).second) {
             leftOut.order.push_back(member.key);
         }
         if (!member.kept) {
-            // To where the next member begins: the separators after it come
-            // along, and the last one runs to where the root ended.
-            const size_t end = i + 1 < rootMembers_.size() ? rootMembers_[i + 1].start : rootEnd_;
-            leftOut.text.append(begin_ + member.start, end - member.start);
+            leftOut.text.append(begin_ + member.start, endOf(i) - member.start);
         }
-    }
-    if (!leftOut.text.empty()) {
-        leftOut.text.insert(0, "{");
     }
     return leftOut;
 }

@@ -98,7 +98,7 @@ private:
     Token peek();
     void step();
     bool readMember(const Frame& top, Token token);
-    [[gnu::noinline]] bool readLeavingOut(const Frame& top, std::string_view key, Token token, const char* start);
+    bool readRootMember(const Frame& top, std::string_view key, Token token, const char* start);
     template <bool Keep>
     bool readValue(const Frame& top, std::string_view key, Token token);
     template <typename... Args>
