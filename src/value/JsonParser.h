@@ -79,16 +79,16 @@ public:
     static Value read(std::string_view text);
 
 private:
-    // One open container; exactly one of the two is set. They point at the
-    // shared container itself, which never moves while it is being filled.
     // What becomes of the members of an open container.
     enum class Members : uint8_t {
         Kept,
         Dropped,  // read and checked, kept nowhere
         KeptIfNamed,  // the root's, when only some are kept
     };
-    // One open container. A dropped one points at dropObject_ or dropArray_,
-    // which stay empty, so that it still reads as an object or an array.
+    // One open container; exactly one of the two is set. They point at the
+    // shared container itself, which never moves while it is being filled;
+    // a dropped one's at dropObject_ or dropArray_, which stay empty, so that
+    // it still reads as an object or an array.
     struct Frame {
         ValueObject* object;
         ValueArray* array;
