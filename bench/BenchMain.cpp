@@ -58,6 +58,13 @@ public:
                                 time / mero->second, variant.c_str(), mero->second / time);
                 }
             }
+            // Other variants of the engine against the floor, when there is one.
+            const auto floor = variants.find("Floor");
+            for (const auto& [variant, time] : variants) {
+                if (floor != variants.end() && variant != "Mero" && variant.starts_with("Mero")) {
+                    std::printf("  %-40s %s / Floor = %.2f\n", group.c_str(), variant.c_str(), time / floor->second);
+                }
+            }
         }
     }
 

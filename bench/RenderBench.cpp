@@ -44,7 +44,7 @@ void BM_RenderInit_Mero(benchmark::State& state)
     auto engine = cardEngine(rowsFor(state.range(0)));
     for (auto _ : state) {
         Mero::RenderTree tree(engine);
-        tree.build(engine->elements);
+        tree.build(engine->elementsForBuild());
         tree.applyLayout();
         benchmark::DoNotOptimize(tree.root()->layout().height);
     }
@@ -133,7 +133,7 @@ void BM_RenderNodeBytes(benchmark::State& state)
     for (auto _ : state) {
         const std::size_t before = heapInUse();
         auto tree = std::make_unique<Mero::RenderTree>(engine);
-        tree->build(engine->elements);
+        tree->build(engine->elementsForBuild());
         tree->applyLayout();
         const std::size_t after = heapInUse();
         bytesPerNode = static_cast<double>(after - before) / (1 + nodesPerRow * rows);
@@ -165,7 +165,7 @@ void runTitleChanges(benchmark::State& state, bool fixedTitle)
     Mero::RenderTree tree(engine);
     tree.setViewHost(&views);
     engine->setFlushHook([&tree] { tree.flush(); });
-    tree.build(engine->elements);
+    tree.build(engine->elementsForBuild());
     tree.applyLayout();
     tree.createViews();
 

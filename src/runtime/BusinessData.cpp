@@ -1,7 +1,7 @@
 // The business data the host sets, and what of it a card keeps.
 #include <cstddef>
-#include <optional>
 
+#include "runtime/ParsedTemplate.h"
 #include "runtime/RuntimeEngine.h"
 
 namespace Mero {
@@ -19,16 +19,12 @@ void RuntimeEngine::setData(std::string_view dataText, std::string_view extraDat
 {
     // Only the names of one template, before any tree has read the data:
     // otherwise every member is kept.
-    std::optional<DataNames> names;
+    const DataNames* names = nullptr;
     if (dataText.size() + extraDataText.size() >= kWholeDataBelow && templatesLoaded_ == 1 && !cardBuilt &&
-        !elementsReleased_) {
-        names = dataNamesOutsideElements_;
-        names->addReadsIn(elements);
-        if (names->all) {
-            names.reset();
-        }
+        template_ && !template_->dataNames().all) {
+        names = &template_->dataNames();
     }
-    readData(dataText, extraDataText, names ? &names->names : nullptr);
+    readData(dataText, extraDataText, names != nullptr ? &names->names : nullptr);
 }
 
 void RuntimeEngine::readData(std::string_view dataText, std::string_view extraDataText,

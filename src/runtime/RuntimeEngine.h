@@ -20,16 +20,18 @@
 #include <unordered_map>
 #include <vector>
 
-#include "runtime/DataNames.h"
 #include "runtime/EventHandler.h"
 #include "runtime/RuntimeServices.h"
 #include "runtime/LocalScope.h"
 #include "runtime/RuntimeObject.h"
 #include "runtime/ScriptFactory.h"
 #include "runtime/functions/MRFunction.h"
+#include "value/JsonParser.h"
 #include "value/Value.h"
 
 namespace Mero {
+
+class ParsedTemplate;
 
 // The callbacks registered under one UI-variable name. The engine holds them
 // weakly: whoever bound the property (a render node) owns its callback, so
@@ -137,12 +139,13 @@ public:
     ObjectPtr uiVariables;      // "uiRef"
     ObjectPtr globalVariables;  // "globalRef"
     ObjectPtr data;             // set by the host's data, never null; "$root" reads it whole
-    Value elements;             // the template's element tree, unread here
 
-    // The element tree for building the card. A card is built once, and its
-    // element tree is most of what its template holds: after the first build
-    // releaseElements drops it and keeps only the template's text, from which
-    // a later build reads it again (reporting nothing twice) and keeps it.
+    // The element tree of the last template loaded, for building the card. A
+    // card is built once, and its element tree is most of what its template
+    // holds: after the first build releaseElements lets go of it (the cards
+    // of one template share it, see ParsedTemplate) and keeps only the shared
+    // text, from which a later build reads it again, reporting nothing twice,
+    // and keeps it.
     const Value& elementsForBuild();
     void releaseElements();
 
@@ -161,10 +164,12 @@ private:
     void readData(std::string_view dataText, std::string_view extraDataText, const JsonParser::KeySet* keep);
     void readWholeDataAgain();
 
-    std::string templateText_;  // while the element tree may be released
-    bool elementsReleased_ = false;
+    // The last template loaded: its reading until the card is built, its text
+    // from then on.
+    std::shared_ptr<const ParsedTemplate> template_;
+    std::shared_ptr<const std::string> templateText_;
+    bool elementsRebuilt_ = false;
     int templatesLoaded_ = 0;
-    DataNames dataNamesOutsideElements_;
     // While data members are left out, what was left out of each text.
     JsonParser::LeftOut dataLeftOut_;
     JsonParser::LeftOut extraDataLeftOut_;

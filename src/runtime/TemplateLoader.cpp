@@ -1,5 +1,6 @@
 // RuntimeEngine::loadTemplate: from template text to the engine's tables.
 #include "runtime/RuntimeEngine.h"
+#include "runtime/ParsedTemplate.h"
 #include "runtime/ScriptRun.h"
 #include "runtime/functions/BuiltinFunctions.h"
 #include "runtime/functions/CustomFunction.h"
@@ -9,14 +10,17 @@ namespace Mero {
 
 namespace {
 
-// The table of UI variables. When "variables" is missing or not an object the
-// card gets an empty table of its own. (Such cards once shared one
-// process-wide object, the default that a mismatched Value handed out, so a
-// variable one card set was seen by every other: no longer.)
+// The card's own table of UI variables, copied from the template's
+// "variables": cards of one template share its reading, not their variables.
+// When "variables" is missing or not an object the table starts empty. (Such
+// cards once shared one process-wide object, the default that a mismatched
+// Value handed out, so a variable one card set was seen by every other: no
+// longer.) The copy is shallow: script replaces a variable's value, it never
+// changes a value in place.
 ObjectPtr uiVariablesOf(const Value& variables)
 {
-    ObjectPtr table = variables.objectPtr();
-    return table ? table : std::make_shared<ValueObject>();
+    return variables.is(Kind::Object) ? std::make_shared<ValueObject>(variables.object())
+                                      : std::make_shared<ValueObject>();
 }
 
 std::unique_ptr<CustomFunction> loadFunction(const Value& entry)
@@ -45,20 +49,13 @@ void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
     // Not script, but it builds script nodes: within one entry a template
     // whose nodes nest too deep is reported once.
     ScriptRun building;
-    templateText_.clear();
-    elementsReleased_ = false;
     readWholeDataAgain();
-    JsonParser parser;
-    parser.parse(text, text + length);
-    const Value& root = parser.root();
+    template_ = ParsedTemplate::read(std::string_view(text, length));
+    templateText_ = template_->text();
+    elementsRebuilt_ = false;
+    const Value& root = template_->root();
 
-    elements = memberOf(root, "elements");
-    for (const auto& [key, value] : root.object()) {
-        if (key != "elements") {
-            dataNamesOutsideElements_.addReadsIn(value);
-        }
-    }
-    uiVariables = uiVariablesOf(memberOf(root, "variables"));
+    uiVariables = uiVariablesOf(template_->variables());
     globalVariables = std::make_shared<ValueObject>();
 
     // Functions and handlers already in the tables (an earlier load) win:
@@ -74,29 +71,25 @@ void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
         std::string name = handler->name;
         registerEvent(std::move(name), std::move(handler));
     }
-    templateText_.assign(text, length);
     ++templatesLoaded_;
 }
 
 const Value& RuntimeEngine::elementsForBuild()
 {
-    if (elementsReleased_) {
-        JsonParser parser;
-        parser.setQuiet();
-        parser.parse(templateText_);
-        elements = memberOf(parser.root(), "elements");
-        elementsReleased_ = false;
-        // Built more than once: the tree is kept from now on.
-        templateText_ = std::string();
+    if (!template_ && templateText_) {
+        // Built more than once: the tree is read again, or found shared, and
+        // kept from now on.
+        template_ = ParsedTemplate::read(*templateText_, ParsedTemplate::Reports::Quiet);
+        elementsRebuilt_ = true;
     }
-    return elements;
+    static const Value noElements;
+    return template_ ? template_->elements() : noElements;
 }
 
 void RuntimeEngine::releaseElements()
 {
-    if (!templateText_.empty()) {
-        elements = Value();
-        elementsReleased_ = true;
+    if (!elementsRebuilt_) {
+        template_.reset();
     }
 }
 

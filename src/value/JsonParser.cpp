@@ -255,6 +255,7 @@ void JsonParser::parse(const char* begin, const char* end)
     cursor_ = begin;
     stack_.clear();
     rootMembers_.clear();
+    reported_ = false;
     rootEnd_ = static_cast<size_t>(end - begin);
     bool rootOpen = true;
 
@@ -588,6 +589,7 @@ double JsonParser::readNumber()
 
 void JsonParser::report(std::string_view message) const
 {
+    reported_ = true;
     if (!quiet_) {
         reportError(message);
     }

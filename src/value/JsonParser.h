@@ -54,6 +54,8 @@ public:
     // A quiet parser reports nothing: for a text read before, whose errors
     // have been reported once already. What it reads is the same.
     void setQuiet() { quiet_ = true; }
+    // Whether the last parse met an error, reported or not.
+    bool reported() const { return reported_; }
 
     // Members of the root whose key is not in `keys` are read, checked and
     // reported like any other, but not kept. Null (the default) keeps all.
@@ -128,6 +130,7 @@ private:
     const char* end_ = nullptr;
     const char* cursor_ = nullptr;
     bool quiet_ = false;
+    mutable bool reported_ = false;
     const KeySet* rootKeys_ = nullptr;
     // While only some root members are kept: where each began in the text,
     // under which key, whether it was kept; and where the root ended.

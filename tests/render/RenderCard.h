@@ -116,7 +116,7 @@ public:
     // The tree from the template's elements, without scope.
     Mero::ViewRenderNode& build()
     {
-        tree.build(engine->elements);
+        tree.build(engine->elementsForBuild());
         return *tree.root();
     }
 

@@ -33,8 +33,8 @@ TEST(TemplateLoader, TopLevelMembersFillTheTablesAfterWhichTheBuiltinsAreAdded)
 {
     TemplateHarness card(R"({"elements": {"$": 1}, "variables": {"a": 1}, "other": 5,
         "events": [{"n": "go", "a": [], "b": [{"$": 4, "n": "b", "value": 2}]}]})");
-    EXPECT_EQ(canonicalJson(card.engine->elements), R"({"$":1})");
-    // Script writes land in the very map the template was read into.
+    EXPECT_EQ(canonicalJson(card.engine->elementsForBuild()), R"({"$":1})");
+    // Script writes land in the card's own table, made from "variables".
     std::shared_ptr<ValueObject> table = card.engine->uiVariables;
     card.send("go");
     EXPECT_EQ(card.engine->uiVariables, table);
@@ -47,17 +47,24 @@ TEST(TemplateLoader, TopLevelMembersFillTheTablesAfterWhichTheBuiltinsAreAdded)
 }
 
 // Kept on purpose: every mismatched object access then sees what the script wrote.
-TEST(TemplateLoader, WithoutAVariablesObjectEachCardHasATableOfItsOwn)
+// Cards of one template share its reading, never their variables, whatever
+// "variables" is.
+TEST(TemplateLoader, EachCardOfATemplateHasAVariableTableOfItsOwn)
 {
-    for (const char* variables : {"", R"("variables": [1, 2], )"}) {
-        const std::string text = std::string("{") + variables +
-                                 R"("events": [{"n": "go", "a": [], "b": [{"$": 4, "n": "leak", "value": 7}]}]})";
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "null"}, {R"("variables": [1, 2], )", "null"}, {R"("variables": {"v": {"k": 1}}, )", R"({"k":1})"}};
+    for (const auto& [variables, startValue] : cases) {
+        const std::string text = std::string("{") + variables + R"("events": [{"n": "go", "a": [], "b": [
+            {"$": 4, "n": "leak", "value": 7}, {"$": 4, "n": "v", "value": 2}]}]})";
         TemplateHarness writer(text);
         TemplateHarness other(text);
         writer.send("go");
         EXPECT_EQ(writer.engine->uiVariables->at("leak").number(), 7);
         EXPECT_FALSE(other.engine->uiVariables->contains("leak"));
+        EXPECT_EQ(canonicalJson(other.ui("v")), startValue);
         EXPECT_FALSE(Value(1.0).object().contains("leak"));
+        TemplateHarness later(text);
+        EXPECT_FALSE(later.engine->uiVariables->contains("leak"));
     }
 }
 

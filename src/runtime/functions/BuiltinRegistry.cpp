@@ -93,6 +93,19 @@ private:
     const BuiltinInfo& info_;
 };
 
+// One function object per built-in for the whole process, made on first use.
+const std::array<MRFunctionPtr, kBuiltins.size()>& sharedBuiltins()
+{
+    static const auto functions = [] {
+        std::array<MRFunctionPtr, kBuiltins.size()> made;
+        for (std::size_t i = 0; i < kBuiltins.size(); ++i) {
+            made[i] = std::make_shared<BuiltinFunction>(kBuiltins[i]);
+        }
+        return made;
+    }();
+    return functions;
+}
+
 }  // namespace
 
 Value invokeBuiltin(const BuiltinInfo& builtin, ArgList&& args, const EngineRef& engine)
@@ -120,10 +133,9 @@ void registerBuiltinFunctions(RuntimeEngine& engine)
 {
     // A key that the template's own functions already took stays theirs: the
     // built-in of that key is then unreachable, on purpose.
-    for (const BuiltinInfo& info : kBuiltins) {
-        if (!engine.functionTable().contains(std::string(info.key))) {
-            engine.registerFunction(std::string(info.key), std::make_unique<BuiltinFunction>(info));
-        }
+    const auto& functions = sharedBuiltins();
+    for (std::size_t i = 0; i < kBuiltins.size(); ++i) {
+        engine.registerFunction(std::string(kBuiltins[i].key), functions[i]);
     }
 }
 

@@ -37,7 +37,9 @@ protected:
     MRFunction& operator=(const MRFunction&) = default;
 };
 
-using MRFunctionPtr = std::unique_ptr<MRFunction>;
+// Shared: the built-ins keep no state, so one object of each serves every
+// card's table.
+using MRFunctionPtr = std::shared_ptr<MRFunction>;
 
 // The callable of a callback Value. Any other kind gives one shared empty
 // callable, which throws std::bad_function_call when called: built-ins that do

@@ -1,0 +1,165 @@
+#include "runtime/ParsedTemplate.h"
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <unordered_map>
+#include <utility>
+
+#include "value/JsonParser.h"
+
+namespace Mero {
+
+namespace {
+
+// The recently loaded templates kept for the next card even when no card
+// holds them: at most this many, and at most this much text between them
+// (a tree takes several times its text).
+constexpr std::size_t kRecentTemplates = 8;
+constexpr std::size_t kRecentTextBytes = 256 * 1024;
+
+// Readings by the hash of their text. Cards load templates from any thread,
+// so every use holds the mutex; the reading itself happens outside it.
+class TemplateCache {
+public:
+    ParsedTemplatePtr find(std::string_view text, std::size_t hash)
+    {
+        std::lock_guard lock(mutex_);
+        auto [first, last] = byHash_.equal_range(hash);
+        for (auto it = first; it != last; ++it) {
+            ParsedTemplatePtr found = it->second.lock();
+            if (found && *found->text() == text) {
+                keepRecent(found);
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
+    void add(const ParsedTemplatePtr& parsed, std::size_t hash)
+    {
+        std::deque<ParsedTemplatePtr> dropped;
+        {
+            std::lock_guard lock(mutex_);
+            dropExpired();
+            byHash_.emplace(hash, parsed);
+            dropped = keepRecent(parsed);
+        }
+        // Templates that no card holds any more are freed here, unlocked.
+    }
+
+    void forgetRecent()
+    {
+        std::deque<ParsedTemplatePtr> dropped;
+        std::lock_guard lock(mutex_);
+        dropped.swap(recent_);
+        recentBytes_ = 0;
+        dropExpired();
+        // `dropped` is freed after the unlock: it is declared first.
+    }
+
+    std::size_t sharedCount()
+    {
+        std::lock_guard lock(mutex_);
+        std::size_t count = 0;
+        for (const auto& entry : byHash_) {
+            count += entry.second.expired() ? 0 : 1;
+        }
+        return count;
+    }
+
+private:
+    // Moves `parsed` to the front of the recent ones; hands back those that
+    // no longer fit, for the caller to free outside the lock.
+    std::deque<ParsedTemplatePtr> keepRecent(const ParsedTemplatePtr& parsed)
+    {
+        std::deque<ParsedTemplatePtr> dropped;
+        for (auto it = recent_.begin(); it != recent_.end(); ++it) {
+            if (*it == parsed) {
+                if (it != recent_.begin()) {
+                    recent_.erase(it);
+                    recent_.push_front(parsed);
+                }
+                return dropped;
+            }
+        }
+        const std::size_t bytes = parsed->text()->size();
+        if (bytes > kRecentTextBytes) {
+            return dropped;  // shared while cards hold it, never kept
+        }
+        recent_.push_front(parsed);
+        recentBytes_ += bytes;
+        while (recent_.size() > kRecentTemplates || recentBytes_ > kRecentTextBytes) {
+            recentBytes_ -= recent_.back()->text()->size();
+            dropped.push_back(std::move(recent_.back()));
+            recent_.pop_back();
+        }
+        return dropped;
+    }
+
+    // Entries of readings that are gone, once they are as many as the rest.
+    void dropExpired()
+    {
+        if (byHash_.size() < compactAt_) {
+            return;
+        }
+        std::erase_if(byHash_, [](const auto& entry) { return entry.second.expired(); });
+        compactAt_ = std::max<std::size_t>(16, 2 * byHash_.size());
+    }
+
+    std::mutex mutex_;
+    std::unordered_multimap<std::size_t, std::weak_ptr<const ParsedTemplate>> byHash_;
+    std::deque<ParsedTemplatePtr> recent_;  // the most recent first
+    std::size_t recentBytes_ = 0;
+    std::size_t compactAt_ = 16;
+};
+
+TemplateCache& cache()
+{
+    // Never destroyed: cards freed while the process exits may still reach it.
+    static auto* theCache = new TemplateCache();
+    return *theCache;
+}
+
+}  // namespace
+
+ParsedTemplate::ParsedTemplate(std::shared_ptr<const std::string> text, Value root)
+    : text_(std::move(text)),
+      root_(std::move(root)),
+      elements_(memberOf(root_, "elements")),
+      variables_(memberOf(root_, "variables"))
+{
+    dataNames_.addReadsIn(root_);
+}
+
+ParsedTemplatePtr ParsedTemplate::read(std::string_view text, Reports reports)
+{
+    const std::size_t hash = std::hash<std::string_view>{}(text);
+    if (ParsedTemplatePtr found = cache().find(text, hash)) {
+        return found;
+    }
+    auto ownText = std::make_shared<const std::string>(text);
+    JsonParser parser;
+    if (reports == Reports::Quiet) {
+        parser.setQuiet();
+    }
+    parser.parse(*ownText);
+    auto parsed = std::make_shared<const ParsedTemplate>(std::move(ownText), std::move(parser.root()));
+    if (!parser.reported()) {
+        cache().add(parsed, hash);
+    }
+    return parsed;
+}
+
+void ParsedTemplate::forgetRecent()
+{
+    cache().forgetRecent();
+}
+
+std::size_t ParsedTemplate::sharedCount()
+{
+    return cache().sharedCount();
+}
+
+}  // namespace Mero
