@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 #include <stdexcept>
+#include <string_view>
 
 #include "value/ErrorReporting.h"
 #include "value/Utf8.h"
@@ -106,6 +107,69 @@ int32_t hexQuad(const char* p, const char* end)
         value = value * 16 + digit;
     }
     return value;
+}
+
+// Past the string that starts at p (on its opening quote), when its escapes
+// are all ones a strict parser takes; else null.
+const char* pastStrictString(const char* p, const char* end)
+{
+    p = findQuoteOrBackslash(p + 1, end);
+    while (p < end && *p == '\\') {
+        if (end - p < 2) {
+            return nullptr;
+        }
+        switch (p[1]) {
+        case '"': case '\\': case '/': case 'b': case 'f': case 'n': case 'r': case 't': p += 2; break;
+        case 'u':
+            if (hexQuad(p + 2, end) < 0) {
+                return nullptr;
+            }
+            p += 6;
+            break;
+        default: return nullptr;
+        }
+        p = findQuoteOrBackslash(p, end);
+    }
+    return p < end ? p + 1 : nullptr;
+}
+
+// Past the number that starts at p, when it converts without a doubt: digits
+// and points after an optional "-" and a digit, not long enough to leave a
+// double's range. Else null. (An exponent stops it short: what follows is no
+// separator, so the skip misses.)
+const char* pastPlainNumber(const char* p, const char* end)
+{
+    const char* start = p;
+    p += *p == '-' ? 1 : 0;
+    if (p == end || !isDigit(*p)) {
+        return nullptr;
+    }
+    while (p < end && (isDigit(*p) || *p == '.')) {
+        ++p;
+    }
+    constexpr std::ptrdiff_t kLongest = 300;
+    return p - start <= kLongest ? p : nullptr;
+}
+
+// Past the literal at p when it is spelled out whole; else null.
+const char* pastLiteral(const char* p, const char* end)
+{
+    for (std::string_view literal : {"true", "false", "null"}) {
+        if (literal[0] == *p) {
+            const auto left = static_cast<size_t>(end - p);
+            return left >= literal.size() && std::string_view(p, literal.size()) == literal ? p + literal.size()
+                                                                                            : nullptr;
+        }
+    }
+    return nullptr;
+}
+
+const char* pastWhitespace(const char* p, const char* end)
+{
+    while (p < end && isWhitespace(*p)) {
+        ++p;
+    }
+    return p;
 }
 
 constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
@@ -256,6 +320,7 @@ void JsonParser::parse(const char* begin, const char* end)
     stack_.clear();
     rootMembers_.clear();
     reported_ = false;
+    skipMissed_ = false;
     rootEnd_ = static_cast<size_t>(end - begin);
     bool rootOpen = true;
 
@@ -376,12 +441,94 @@ void JsonParser::restoreRoot(const ValueObject& kept, const LeftOut& leftOut, Va
     }
 }
 
+// Skips the container under the cursor when it is strict JSON of at most
+// kSkippedDepth levels, in one pass that builds nothing: what the careful
+// reading would do with it (read it all, report nothing, keep nothing) is then
+// known. Anything else (a lenient form, an exponent, an escape or a literal to
+// check, the text's end) leaves the cursor where it was, for the careful
+// reading; after one such miss the rest of the text is read carefully, so a
+// text is never scanned more than twice.
+bool JsonParser::skipStrictContainer()
+{
+    constexpr int kSkippedDepth = 64;
+    if (skipMissed_) {
+        return false;
+    }
+    const char* p = cursor_;
+    uint64_t objects = 0;  // bit d: the container open at depth d is an object
+    int depth = 0;
+    enum class Next { Value, Key, AfterValue };
+    Next next = Next::Value;
+    while (p != nullptr) {
+        p = pastWhitespace(p, end_);
+        if (p == end_) {
+            break;
+        }
+        if (next == Next::Key) {
+            const char* pastKey = *p == '"' ? pastStrictString(p, end_) : nullptr;
+            p = pastKey != nullptr ? pastWhitespace(pastKey, end_) : nullptr;
+            p = p != nullptr && p < end_ && *p == ':' ? p + 1 : nullptr;
+            next = Next::Value;
+            continue;
+        }
+        const char c = *p;
+        const bool inObject = depth > 0 && ((objects >> (depth - 1)) & 1) != 0;
+        if (next == Next::AfterValue) {
+            if (c == ',') {
+                ++p;
+                next = inObject ? Next::Key : Next::Value;
+            } else if (c == (inObject ? '}' : ']')) {
+                ++p;
+                if (--depth == 0) {
+                    cursor_ = p;
+                    return true;
+                }
+            } else {
+                p = nullptr;
+            }
+            continue;
+        }
+        if (c == '{' || c == '[') {
+            if (depth == kSkippedDepth) {
+                break;
+            }
+            objects = c == '{' ? objects | (uint64_t{1} << depth) : objects & ~(uint64_t{1} << depth);
+            ++depth;
+            const char* inside = pastWhitespace(p + 1, end_);
+            if (inside < end_ && *inside == (c == '{' ? '}' : ']')) {
+                p = inside + 1;  // empty
+                if (--depth == 0) {
+                    cursor_ = p;
+                    return true;
+                }
+                next = Next::AfterValue;
+            } else {
+                p = inside;
+                next = c == '{' ? Next::Key : Next::Value;
+            }
+            continue;
+        }
+        if (depth == 0) {
+            break;  // not on a container
+        }
+        p = c == '"' ? pastStrictString(p, end_) : isDigit(c) || c == '-' ? pastPlainNumber(p, end_) : pastLiteral(p, end_);
+        next = Next::AfterValue;
+    }
+    skipMissed_ = true;
+    return false;
+}
+
 // Reads a value into `top` under `key`. A value not kept is read all the
 // same, with the same reports, and dropped: a container opens a frame that
-// keeps nothing.
+// keeps nothing, unless it can be skipped whole.
 template <bool Keep>
 bool JsonParser::readValue(const Frame& top, std::string_view key, Token token)
 {
+    if constexpr (!Keep) {
+        if ((token == Token::ObjectOpen || token == Token::ArrayOpen) && skipStrictContainer()) {
+            return true;
+        }
+    }
     switch (token) {
     case Token::ObjectOpen:
         step();

@@ -111,6 +111,7 @@ private:
     void readUnicodeEscape(std::string& buffer);
     double readNumber();
     void skipLiteral(size_t length);
+    bool skipStrictContainer();
     void report(std::string_view message) const;
 
     void close();
@@ -131,6 +132,7 @@ private:
     const char* cursor_ = nullptr;
     bool quiet_ = false;
     mutable bool reported_ = false;
+    bool skipMissed_ = false;
     const KeySet* rootKeys_ = nullptr;
     // While only some root members are kept: where each began in the text,
     // under which key, whether it was kept; and where the root ended.

@@ -202,9 +202,14 @@ TEST(JsonReaderLeavingMembersOut, ReadsAndReportsTheRestAsAWholeRead)
          {R"({"keep": {"a": 1}, "drop": [1, 2], "keep": {"b": 2}, "drop": {"c": "x\qy"}, "tail": 1e400})",
           R"({"drop":1"keep":2"drop":true"other":[3]})", R"({"keep": 1, "drop": {"a": [1, 2 x], "b": 3}, "keep": 2})",
           R"({"drop": {"a": 1}, "keep": 0, "drop": {"b": 2}, "drop": [3], "other": "unterminated)",
-          R"({"d\u0072op": 1, "keep": 2, "drop" 3})", R"(["drop", 1, "keep": 2])"}) {
+          R"({"d\u0072op": 1, "keep": 2, "drop" 3})", R"(["drop", 1, "keep": 2])",
+          R"({"drop": [1e2, -0.5, "\u00e9\n"], "keep": 1, "drop": {"a": tru}, "keep": 2, "drop": [-], "x": 3})",
+          R"({"drop": {"a": [1, 2], "b": {}}, "keep": [], "drop": [{"a": 1} ], "drop": {"k": 1,}, "keep": 1})"}) {
         texts.emplace_back(root);
     }
+    // Nested past what is skipped in one pass, strict and not.
+    texts.push_back(std::string(70, '[') + std::string(70, ']'));
+    texts.push_back(std::string(70, '[') + "1e999" + std::string(70, ']'));
     const Mero::JsonParser::KeySet keep{"keep"};
     for (const std::string& text : texts) {
         // Values nested deeper than the comparison recurses are not compared.
