@@ -3,9 +3,10 @@
 //
 // A feed shows many cards of the same few templates. Reading a template is a
 // fifth of a card's cold start and its tree is most of what a card would hold,
-// so the cards of one text share one reading: the tree is never changed after
-// it is read (script never writes into a value in place, and each card copies
-// the table of UI variables it starts from). A process-wide cache finds the
+// so the cards of one text share one reading. Nothing changes the tree once it
+// is read: script changes arrays and objects in place, but only those it can
+// reach, and what it can reach of a template (the UI variables and the
+// functions' default arguments) each card deep-copies. A process-wide cache finds the
 // reading of a text while a card still holds it, and keeps the few most
 // recently loaded templates for the next card even when none does.
 #pragma once

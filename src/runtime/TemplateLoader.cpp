@@ -10,17 +10,16 @@ namespace Mero {
 
 namespace {
 
-// The card's own table of UI variables, copied from the template's
-// "variables": cards of one template share its reading, not their variables.
-// When "variables" is missing or not an object the table starts empty. (Such
-// cards once shared one process-wide object, the default that a mismatched
-// Value handed out, so a variable one card set was seen by every other: no
-// longer.) The copy is shallow: script replaces a variable's value, it never
-// changes a value in place.
+// The card's own table of UI variables, a deep copy of the template's
+// "variables": cards of one template share its reading, and script changes
+// arrays and objects in place (ArrayPush, JsonSet), so a card's variables
+// share nothing with it. When "variables" is missing or not an object the
+// table starts empty. (Such cards once shared one process-wide object, the
+// default that a mismatched Value handed out, so a variable one card set was
+// seen by every other: no longer.)
 ObjectPtr uiVariablesOf(const Value& variables)
 {
-    return variables.is(Kind::Object) ? std::make_shared<ValueObject>(variables.object())
-                                      : std::make_shared<ValueObject>();
+    return variables.is(Kind::Object) ? deepCopy(variables).objectPtr() : std::make_shared<ValueObject>();
 }
 
 std::unique_ptr<CustomFunction> loadFunction(const Value& entry)
@@ -29,8 +28,11 @@ std::unique_ptr<CustomFunction> loadFunction(const Value& entry)
     for (const Value& parameter : memberOf(entry, "a").array()) {
         parameters.push_back(parameter.string());
     }
+    // The defaults are the card's own too: a body may change a default it
+    // was handed in place, and that change stays with the card.
     return std::make_unique<CustomFunction>(memberOf(entry, "n").string(), std::move(parameters),
-                                            memberOf(entry, "defaultArgs").arrayPtr(), buildStatementList(entry, "b"));
+                                            deepCopy(memberOf(entry, "defaultArgs")).arrayPtr(),
+                                            buildStatementList(entry, "b"));
 }
 
 EventHandlerPtr loadEvent(const Value& entry)

@@ -1,6 +1,8 @@
 #include "value/Value.h"
 
 #include <charconv>
+#include <utility>
+#include <vector>
 
 #include "value/ErrorReporting.h"
 #include "value/RecyclingAllocator.h"
@@ -188,6 +190,51 @@ const Value& memberOf(const Value& object, std::string_view key)
     const ValueObject& members = object.object();
     auto found = members.find(key);
     return found == members.end() ? absent : found->second;
+}
+
+Value deepCopy(const Value& source)
+{
+    // A container becomes a new empty one of its kind, filled below; any
+    // other value is copied as it is.
+    auto emptied = [](const Value& value) { return value.is(Kind::Array) || value.is(Kind::Object) ? Value(value.kind()) : value; };
+    auto isContainer = [](const Value& value) { return value.is(Kind::Array) || value.is(Kind::Object); };
+    Value copy = emptied(source);
+    // Containers whose members are still to be copied, with their copies.
+    // A container is filled whole before any of its members is, so the
+    // addresses of those members stay put.
+    std::vector<std::pair<const Value*, Value*>> waiting{{&source, &copy}};
+    while (!waiting.empty()) {
+        auto [from, to] = waiting.back();
+        waiting.pop_back();
+        if (from->is(Kind::Array)) {
+            const ValueArray& elements = from->array();
+            ValueArray& copies = to->array();
+            copies.reserve(elements.size());
+            for (const Value& element : elements) {
+                copies.push_back(emptied(element));
+            }
+            for (std::size_t i = 0; i < elements.size(); ++i) {
+                if (isContainer(elements[i])) {
+                    waiting.emplace_back(&elements[i], &copies[i]);
+                }
+            }
+        } else if (from->is(Kind::Object)) {
+            const ValueObject& members = from->object();
+            ValueObject& copies = to->object();
+            copies.reserve(members.size());
+            for (const auto& [key, value] : members) {
+                copies.try_emplace(key, emptied(value));
+            }
+            auto copied = copies.begin();
+            for (const auto& member : members) {
+                if (isContainer(member.second)) {
+                    waiting.emplace_back(&member.second, &copied->second);
+                }
+                ++copied;
+            }
+        }
+    }
+    return copy;
 }
 
 bool isFalsy(const Value& value) noexcept

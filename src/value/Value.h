@@ -44,12 +44,13 @@ enum class Kind : int32_t {
     Continue = 9,
 };
 
-// Bytes of long strings that Value copies have duplicated, process-wide. A
+// Bytes of long strings that Value copies have duplicated. A
 // copy of a megabyte-long string is one step of script but a megabyte of
 // work and memory: the script runtime charges these bytes to the entry that
 // copies them (see runtime/ScriptRun.h). Strings shorter than
 // kCountedStringBytes are not counted; their copies cost what a step does.
-inline std::size_t copiedStringBytes = 0;
+// Per thread, as the entries that are charged run on one thread each.
+inline thread_local std::size_t copiedStringBytes = 0;
 inline constexpr std::size_t kCountedStringBytes = 256;
 
 class Value {
@@ -148,6 +149,12 @@ private:
 // The member `key` of an object Value, or a shared null when it is absent or
 // `object` is not an object. Never inserts.
 const Value& memberOf(const Value& object, std::string_view key);
+
+// A copy that shares no array or object with `source`, however deep (a copy of
+// a Value shares them): script changes arrays and objects in place, and a
+// change made through one must not reach the other. Nesting costs heap here,
+// not stack.
+Value deepCopy(const Value& source);
 
 // Truthiness: null, 0 (and -0), "" and false are falsy; NaN is truthy, and so
 // is every array, object, callback and completion, even an empty one.

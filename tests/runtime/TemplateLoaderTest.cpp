@@ -68,6 +68,30 @@ TEST(TemplateLoader, EachCardOfATemplateHasAVariableTableOfItsOwn)
     }
 }
 
+// Script changes arrays and objects in place; such a change stays with its
+// card, in its variables and in its functions' defaults alike.
+TEST(TemplateLoader, ChangesMadeInPlaceStayWithTheCard)
+{
+    const std::string text = R"({"variables": {"list": [1], "box": {"k": 1}}, "functions": [
+        {"n": "grow", "a": ["into"], "defaultArgs": [[0]], "b": [
+            {"$": 5, "n": "j", "a": [{"$": 1, "n": "into"}, [9]]}, {"$": 11, "returnValue": {"$": 1, "n": "into"}}]}],
+        "events": [{"n": "go", "a": [], "b": [{"$": 5, "n": "j", "a": [{"$": 3, "n": "list"}, [2]]},
+            {"$": 5, "n": "w", "a": [{"$": 3, "n": "box"}, "k", 2]}]}]})";
+    TemplateHarness changed(text);
+    TemplateHarness other(text);
+    changed.send("go");
+    EXPECT_EQ(canonicalJson(changed.call("grow")), "[0,9]");
+    EXPECT_EQ(canonicalJson(changed.call("grow")), "[0,9,9]") << "a default changed in place stays changed";
+    EXPECT_EQ(canonicalJson(changed.ui("list")), "[1,2]");
+    EXPECT_EQ(canonicalJson(changed.ui("box")), R"({"k":2})");
+    TemplateHarness later(text);
+    for (const TemplateHarness* card : {&other, &later}) {
+        EXPECT_EQ(canonicalJson(card->ui("list")), "[1]");
+        EXPECT_EQ(canonicalJson(card->ui("box")), R"({"k":1})");
+    }
+    EXPECT_EQ(canonicalJson(other.call("grow")), "[0,9]");
+}
+
 TEST(TemplateLoader, TheFirstDefinitionWinsEvenAcrossLoadsAndOverBuiltins)
 {
     TemplateHarness card(R"({"variables": {"v": 1}, "functions": [

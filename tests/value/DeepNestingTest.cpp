@@ -32,11 +32,16 @@ size_t depthOf(const Value& root)
 
 }  // namespace
 
-TEST(DeepNesting, AMillionNestedArraysAreReadWrittenAndFreed)
+TEST(DeepNesting, AMillionNestedArraysAreReadCopiedWrittenAndFreed)
 {
     const std::string text = nestedArrays(kDepth);
     Value root = JsonParser::read(text);
     EXPECT_EQ(depthOf(root), kDepth);
+    {
+        Value copy = deepCopy(root);
+        EXPECT_EQ(depthOf(copy), kDepth);
+        EXPECT_NE(&copy.object().at("a").array(), &root.object().at("a").array());
+    }
 
     EXPECT_EQ(toJsonString(root), text);
 

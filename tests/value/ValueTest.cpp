@@ -4,6 +4,8 @@
 #include <limits>
 
 #include "support/ReportedErrors.h"
+#include "value/JsonParser.h"
+#include "value/JsonWriter.h"
 #include "value/Value.h"
 
 using namespace Mero;
@@ -67,6 +69,20 @@ TEST(ValueCopying, ContainersAreSharedAndStringsDuplicated)
     Value textCopy = text;
     textCopy.string() += "d";
     EXPECT_EQ(text.string(), "abc");
+}
+
+TEST(ValueCopying, ADeepCopySharesNoContainerAndKeepsTheOrder)
+{
+    const Value source = JsonParser::read(R"({"z": [1, {"b": "s", "a": [true]}], "c": {}})");
+    Value copy = deepCopy(source);
+    EXPECT_EQ(toJsonString(copy), toJsonString(source));
+    copy.object().at("z").array().push_back(2);
+    copy.object().at("z").array()[1].object()["b"] = 3;
+    copy.object().at("z").array()[1].object().at("a").array().clear();
+    copy.object().at("c").object()["k"] = 1;
+    EXPECT_EQ(toJsonString(source), R"({"z":[1,{"b":"s","a":[true]}],"c":{}})");
+    EXPECT_EQ(toJsonString(copy), R"({"z":[1,{"b":3,"a":[]},2],"c":{"k":1}})");
+    EXPECT_EQ(deepCopy(Value("text")).string(), "text");
 }
 
 TEST(ValueCopying, MovedFromValueReadsAsNull)

@@ -12,7 +12,7 @@ namespace Mero {
 
 class CustomFunction final : public MRFunction {
 public:
-    // `defaultArgs` is the template's own array, shared; it may be empty or
+    // `defaultArgs` is the card's own copy of the template's array; it may be empty or
     // null (no defaults).
     CustomFunction(std::string name, std::vector<std::string> parameters, ArrayPtr defaultArgs, StatementList body);
 
