@@ -1,6 +1,7 @@
 #include "runtime/RuntimeEngine.h"
 
 #include "runtime/ScriptRun.h"
+#include "runtime/functions/BuiltinFunctions.h"
 
 #include <algorithm>
 
@@ -12,8 +13,6 @@ RuntimeEngine::RuntimeEngine()
       // Never null, so "$root" always reads an object.
       data(std::make_shared<ValueObject>())
 {
-    // Every template gets the forty-odd built-ins: room for them at once.
-    functionTable_.reserve(64);
 }
 
 RuntimeEngine::~RuntimeEngine()
@@ -28,15 +27,28 @@ RuntimeEngine::~RuntimeEngine()
 
 Value RuntimeEngine::invokeFunction(const std::string& name, ArgList&& args)
 {
-    auto found = functionTable_.find(name);
-    if (found == functionTable_.end()) {
-        return Value();
+    MRFunction* function = findFunction(name);
+    return function != nullptr ? function->invoke(std::move(args), weak_from_this()) : Value();
+}
+
+MRFunction* RuntimeEngine::findFunction(const std::string& name) const
+{
+    // Most calls are of built-ins (the operators are), and templates rarely
+    // define functions: an empty table is not even searched.
+    if (!functionTable_.empty()) {
+        auto found = functionTable_.find(name);
+        if (found != functionTable_.end()) {
+            return found->second.get();
+        }
     }
-    return found->second->invoke(std::move(args), weak_from_this());
+    return builtinsAdded_ ? builtinFunction(name) : nullptr;
 }
 
 bool RuntimeEngine::registerFunction(std::string name, MRFunctionPtr function)
 {
+    if (builtinsAdded_ && builtinFunction(name) != nullptr) {
+        return false;
+    }
     return functionTable_.try_emplace(std::move(name), std::move(function)).second;
 }
 

@@ -65,8 +65,14 @@ public:
     Value invokeFunction(const std::string& name, ArgList&& args);
 
     // Insert without replacing: answer false (and drop the new entry) when
-    // the name is already taken.
+    // the name is already taken, by a function or, once the built-ins are
+    // added, by a built-in.
     bool registerFunction(std::string name, MRFunctionPtr function);
+    // From now on, built-ins answer every name that no function has taken.
+    // They are shared by every card, not copied into its table.
+    void addBuiltins() { builtinsAdded_ = true; }
+    // The function a call of `name` reaches, or null.
+    MRFunction* findFunction(const std::string& name) const;
     bool registerEvent(std::string name, EventHandlerPtr handler);
     // Removes the handler of `name`, whichever kind it is; false when there
     // is none.
@@ -75,7 +81,7 @@ public:
     using FunctionTable = std::unordered_map<std::string, MRFunctionPtr>;
     using EventTable = std::unordered_map<std::string, EventHandlerPtr>;
     using ObserverTable = std::unordered_map<std::string, std::shared_ptr<ObserverList>>;
-    // Custom functions first, then the built-ins.
+    // The template's own functions (the built-ins are found by findFunction).
     const FunctionTable& functionTable() const { return functionTable_; }
     const EventTable& eventTable() const { return eventTable_; }
     // The re-evaluation callbacks registered per UI-variable name.
@@ -174,6 +180,7 @@ private:
     JsonParser::LeftOut dataLeftOut_;
     JsonParser::LeftOut extraDataLeftOut_;
     FunctionTable functionTable_;
+    bool builtinsAdded_ = false;
     EventTable eventTable_;
     ObserverTable observers_;
     std::function<void()> flushHook_;

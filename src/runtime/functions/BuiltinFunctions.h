@@ -38,9 +38,13 @@ Value invokeBuiltin(const BuiltinInfo& builtin, ArgList&& args, const EngineRef&
 // The built-in registered under `key`, or null.
 const BuiltinInfo* builtinOfKey(std::string_view key);
 
-// Inserts every built-in into the engine's function table, in registration
-// order, skipping every key that is already taken (a template function of
-// the same key shadows the built-in).
+// The one function object of the built-in of `key`, shared by every card;
+// null when no built-in has that key.
+MRFunction* builtinFunction(std::string_view key);
+
+// Makes the built-ins callable on the engine, from now on under every key that
+// the engine's own functions have not taken (a template function of the same
+// key shadows the built-in, and no later one can take a built-in's key).
 void registerBuiltinFunctions(RuntimeEngine& engine);
 
 }  // namespace Mero

@@ -129,14 +129,24 @@ const BuiltinInfo* builtinOfKey(std::string_view key)
     return found != kBuiltins.end() ? &*found : nullptr;
 }
 
+MRFunction* builtinFunction(std::string_view key)
+{
+    // Every key is one character: a table by that character finds it at once.
+    static const auto byCharacter = [] {
+        std::array<MRFunction*, 128> table{};
+        const auto& functions = sharedBuiltins();
+        for (std::size_t i = 0; i < kBuiltins.size(); ++i) {
+            table[static_cast<unsigned char>(kBuiltins[i].key[0])] = functions[i].get();
+        }
+        return table;
+    }();
+    const std::size_t character = key.size() == 1 ? static_cast<unsigned char>(key[0]) : byCharacter.size();
+    return character < byCharacter.size() ? byCharacter[character] : nullptr;
+}
+
 void registerBuiltinFunctions(RuntimeEngine& engine)
 {
-    // A key that the template's own functions already took stays theirs: the
-    // built-in of that key is then unreachable, on purpose.
-    const auto& functions = sharedBuiltins();
-    for (std::size_t i = 0; i < kBuiltins.size(); ++i) {
-        engine.registerFunction(std::string(kBuiltins[i].key), functions[i]);
-    }
+    engine.addBuiltins();
 }
 
 }  // namespace Mero

@@ -18,16 +18,21 @@ using namespace MeroTest;
 TEST(BuiltinRegistry, aTemplateFunctionKeepsTheKeyItTookAndRegisteringAgainReplacesNothing)
 {
     TemplateHarness card(R"({"functions": [{"n": "m", "a": ["x"], "b": [{"$": 11, "returnValue": "mine"}]}]})");
-    // 43 keys in all: the template's "m" took the place of ToString.
-    EXPECT_EQ(card.engine->functionTable().size(), 43u);
-    EXPECT_EQ(typeid(*card.engine->functionTable().at("m")), typeid(CustomFunction));
+    // The template's "m" took the place of ToString; the built-ins are shared,
+    // not copied into the card's table.
+    EXPECT_EQ(card.engine->functionTable().size(), 1u);
+    EXPECT_EQ(typeid(*card.engine->findFunction("m")), typeid(CustomFunction));
     EXPECT_EQ(card.call("m", {Value(true)}).string(), "mine");
     EXPECT_EQ(card.call("7", {Value("abc")}).number(), 3);
+    TemplateHarness other;
+    EXPECT_EQ(other.engine->findFunction("k"), card.engine->findFunction("k"));
 
-    const MRFunction* before = card.engine->functionTable().at("k").get();
+    const MRFunction* before = card.engine->findFunction("k");
     registerBuiltinFunctions(*card.engine);
-    EXPECT_EQ(card.engine->functionTable().size(), 43u);
-    EXPECT_EQ(card.engine->functionTable().at("k").get(), before);
+    EXPECT_FALSE(card.engine->registerFunction("k", nullptr));
+    EXPECT_EQ(card.engine->functionTable().size(), 1u);
+    EXPECT_EQ(card.engine->findFunction("k"), before);
+    EXPECT_EQ(RuntimeEngine().findFunction("k"), nullptr) << "no built-in before a template is loaded";
 }
 
 TEST(ScriptBuiltins, pushAndJsonSetChangeTheEnginesOwnVariablesAndDataInPlace)
