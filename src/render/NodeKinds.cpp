@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
-#include <unordered_map>
+#include <cstdint>
 
 namespace Mero {
 
@@ -94,19 +94,54 @@ int kindSlotOf(const NodeKind& kind, Property property)
     return found != kind.properties.end() ? static_cast<int>(found - kind.properties.begin()) : -1;
 }
 
+namespace {
+
+// Every member of every element is looked up here when a card is built, so
+// the keys get a table of their own: open addressing over a short hash, a
+// few times more slots than keys, instead of a general hash map.
+constexpr std::size_t kKeySlots = 512;
+
+std::size_t keySlot(std::string_view key)
+{
+    uint32_t hash = 2166136261U;  // FNV-1a
+    for (char c : key) {
+        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+    }
+    return hash & (kKeySlots - 1);
+}
+
+struct KeySlot {
+    std::string_view key;
+    Property property{};
+    bool used = false;
+};
+
+}  // namespace
+
 std::optional<Property> propertyOfKey(std::string_view key)
 {
-    static const std::unordered_map<std::string_view, Property> byKey = [] {
-        std::unordered_map<std::string_view, Property> keys;
+    static const auto table = [] {
+        std::array<KeySlot, kKeySlots> slots{};
         for (const PropertyInfo& row : kProperties) {
-            if (row.input != PropertyInput::LayoutResult) {
-                keys.emplace(row.key, row.property);
+            if (row.input == PropertyInput::LayoutResult) {
+                continue;
+            }
+            std::size_t i = keySlot(row.key);
+            while (slots[i].used && slots[i].key != row.key) {
+                i = (i + 1) & (kKeySlots - 1);
+            }
+            if (!slots[i].used) {
+                slots[i] = {row.key, row.property, true};  // a repeated key keeps its first row
             }
         }
-        return keys;
+        return slots;
     }();
-    auto found = byKey.find(key);
-    return found != byKey.end() ? std::optional<Property>(found->second) : std::nullopt;
+    for (std::size_t i = keySlot(key); table[i].used; i = (i + 1) & (kKeySlots - 1)) {
+        if (table[i].key == key) {
+            return table[i].property;
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace Mero

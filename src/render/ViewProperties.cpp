@@ -188,19 +188,18 @@ Gradient readGradient(const Value& element)
 // others take their defaults without a lookup each.
 uint64_t namedProperties(const Value& element)
 {
-    static const std::unordered_map<std::string_view, uint64_t> bitOfKey = [] {
-        std::unordered_map<std::string_view, uint64_t> bits;
+    static const auto bitOfProperty = [] {
+        std::array<uint64_t, kProperties.size()> bits{};
         const std::span<const Property> common = commonProperties();
         for (std::size_t i = 0; i < common.size(); ++i) {
-            bits.emplace(keyOf(common[i]), uint64_t{1} << i);
+            bits[static_cast<std::size_t>(common[i])] = uint64_t{1} << i;
         }
         return bits;
     }();
     uint64_t named = 0;
     for (const auto& [key, value] : element.object()) {
-        auto found = bitOfKey.find(key);
-        if (found != bitOfKey.end()) {
-            named |= found->second;
+        if (const std::optional<Property> property = propertyOfKey(key)) {
+            named |= bitOfProperty[static_cast<std::size_t>(*property)];
         }
     }
     return named;
@@ -212,9 +211,22 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
 {
     static const Value unnamed;
     const std::span<const Property> common = commonProperties();
+    // Visibility and the Yoga numbers are set whether named or not; every
+    // other common property is bound only when the element names it (an
+    // unnamed one would call nothing, or bind the default the default style
+    // already holds). In the list's order, which is observable.
+    static const uint64_t boundUnnamed = [common] {
+        uint64_t bits = 0;
+        for (std::size_t i = 0; i < common.size(); ++i) {
+            const PropertyInput input = info(common[i]).input;
+            bits |= input == PropertyInput::Visibility || input == PropertyInput::YogaNumber ? uint64_t{1} << i : 0;
+        }
+        return bits;
+    }();
     const uint64_t named = namedProperties(element);
 
-    for (std::size_t i = 0; i < common.size(); ++i) {
+    for (uint64_t bound = named | boundUnnamed; bound != 0; bound &= bound - 1) {
+        const auto i = static_cast<std::size_t>(std::countr_zero(bound));
         const PropertyInfo& row = info(common[i]);
         const Value& properties = (named & (uint64_t{1} << i)) != 0 ? element : unnamed;
         switch (row.input) {
@@ -246,11 +258,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
         case PropertyInput::Size:
         case PropertyInput::Number:
         case PropertyInput::Text:
-            // An unnamed style property would bind its default, which the
-            // default style already holds.
-            if (&properties == &element) {
-                bindStyleProperty(properties, row);
-            }
+            bindStyleProperty(properties, row);
             break;
         default: break;  // read once by the constructor, or laid out
         }
