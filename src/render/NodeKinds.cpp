@@ -97,18 +97,22 @@ int kindSlotOf(const NodeKind& kind, Property property)
 namespace {
 
 // Every member of every element is looked up here when a card is built, so
-// the keys get a table of their own: open addressing over a short hash, a
-// few times more slots than keys, instead of a general hash map.
+// the keys get a table of their own: open addressing over a hash of the
+// length and three of the bytes (the keys differ there; a collision only
+// costs a probe), a few times more slots than keys.
 constexpr std::size_t kKeySlots = 512;
 
 std::size_t keySlot(std::string_view key)
 {
-    uint32_t hash = 2166136261U;  // FNV-1a
-    for (char c : key) {
-        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+    if (key.empty()) {
+        return 0;
     }
-    return hash & (kKeySlots - 1);
+    auto byte = [key](std::size_t i) { return static_cast<uint32_t>(static_cast<unsigned char>(key[i])); };
+    const std::size_t size = key.size();
+    const uint32_t mixed = static_cast<uint32_t>(size) ^ (byte(0) << 8) ^ (byte(size / 2) << 16) ^ (byte(size - 1) << 24);
+    return (mixed * 2654435761U) >> (32 - 9);
 }
+static_assert(kKeySlots == 1U << 9);
 
 struct KeySlot {
     std::string_view key;
@@ -137,7 +141,7 @@ std::optional<Property> propertyOfKey(std::string_view key)
         return slots;
     }();
     for (std::size_t i = keySlot(key); table[i].used; i = (i + 1) & (kKeySlots - 1)) {
-        if (table[i].key == key) {
+        if (table[i].key.size() == key.size() && table[i].key == key) {
             return table[i].property;
         }
     }
