@@ -73,20 +73,28 @@ inline std::optional<ConstantSize> constantSize(const Value& property)
     if (!property.is(Kind::Object)) {
         return ConstantSize{};  // no size type: the fallback
     }
-    const ValueObject& members = property.object();
-    auto type = members.find("sizeType");
-    const int32_t sizeType = type == members.end() ? 0 : truncateToInt32(type->second.number());
+    // One pass for both members (keys are unique).
+    const Value* type = nullptr;
+    const Value* value = nullptr;
+    for (const auto& [key, member] : property.object()) {
+        const std::string_view name = key;
+        if (name == "sizeType") {
+            type = &member;
+        } else if (name == "value") {
+            value = &member;
+        }
+    }
+    const int32_t sizeType = type == nullptr ? 0 : truncateToInt32(type->number());
     if (sizeType == -1) {
         return std::nullopt;  // the whole object is one expression
     }
-    auto value = members.find("value");
-    if (value == members.end()) {
+    if (value == nullptr) {
         return ConstantSize{sizeType, 0.0};
     }
-    if (!isScalar(value->second)) {
+    if (!isScalar(*value)) {
         return std::nullopt;
     }
-    return ConstantSize{sizeType, value->second.number()};
+    return ConstantSize{sizeType, value->number()};
 }
 
 }  // namespace NodeBinding

@@ -88,6 +88,30 @@ const NodeKind* kindOfCode(uint32_t code)
     return found != kKinds.end() ? &*found : nullptr;
 }
 
+uint64_t commonBit(Property property)
+{
+    static const auto bitOfProperty = [] {
+        static_assert(kCommon.size() <= 64, "one bit per common property");
+        std::array<uint64_t, kProperties.size()> bits{};
+        for (std::size_t i = 0; i < kCommon.size(); ++i) {
+            bits[static_cast<std::size_t>(kCommon[i])] = uint64_t{1} << i;
+        }
+        return bits;
+    }();
+    return bitOfProperty[static_cast<std::size_t>(property)];
+}
+
+uint64_t namedCommonProperties(const Value& element)
+{
+    uint64_t named = 0;
+    for (const auto& [key, value] : element.object()) {
+        if (const std::optional<Property> property = propertyOfKey(key)) {
+            named |= commonBit(*property);
+        }
+    }
+    return named;
+}
+
 int kindSlotOf(const NodeKind& kind, Property property)
 {
     auto found = std::find(kind.properties.begin(), kind.properties.end(), property);

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "render/PropertyTable.h"
+#include "value/Value.h"
 
 namespace Mero {
 
@@ -39,6 +40,13 @@ struct NodeKind {
 
 // The properties every node has, in the order they are read and bound.
 std::span<const Property> commonProperties();
+
+// The common properties an element names, as bits: bit i stands for the i-th
+// common property, and commonBit gives a property's bit (0 for a property
+// that is not common). One pass over the element's members: an element names
+// a handful of the forty-odd, and the others need no lookup each.
+uint64_t namedCommonProperties(const Value& element);
+uint64_t commonBit(Property property);
 
 // The kinds, by type code; codes without a kind (1, 12 and above) build a
 // plain view after "render node type error".

@@ -183,31 +183,9 @@ Gradient readGradient(const Value& element)
     return gradient;
 }
 
-// An element names a handful of the forty-odd common keys. One pass over its
-// members marks the ones it names (bit i: the i-th common property), so the
-// others take their defaults without a lookup each.
-uint64_t namedProperties(const Value& element)
-{
-    static const auto bitOfProperty = [] {
-        std::array<uint64_t, kProperties.size()> bits{};
-        const std::span<const Property> common = commonProperties();
-        for (std::size_t i = 0; i < common.size(); ++i) {
-            bits[static_cast<std::size_t>(common[i])] = uint64_t{1} << i;
-        }
-        return bits;
-    }();
-    uint64_t named = 0;
-    for (const auto& [key, value] : element.object()) {
-        if (const std::optional<Property> property = propertyOfKey(key)) {
-            named |= bitOfProperty[static_cast<std::size_t>(*property)];
-        }
-    }
-    return named;
-}
-
 }  // namespace
 
-void ViewRenderNode::bindCommonProperties(const Value& element)
+void ViewRenderNode::bindCommonProperties(const Value& element, uint64_t named)
 {
     static const Value unnamed;
     const std::span<const Property> common = commonProperties();
@@ -223,7 +201,6 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
         }
         return bits;
     }();
-    const uint64_t named = namedProperties(element);
 
     for (uint64_t bound = named | boundUnnamed; bound != 0; bound &= bound - 1) {
         const auto i = static_cast<std::size_t>(std::countr_zero(bound));
@@ -263,9 +240,11 @@ void ViewRenderNode::bindCommonProperties(const Value& element)
         default: break;  // read once by the constructor, or laid out
         }
     }
-    Gradient gradient = readGradient(element);
-    if (!gradient.stops.empty() || gradient.angle != 0.0) {
-        mutableStyle().gradient = std::move(gradient);
+    if ((named & commonBit(Property::BackgroundGradient)) != 0) {
+        Gradient gradient = readGradient(element);
+        if (!gradient.stops.empty() || gradient.angle != 0.0) {
+            mutableStyle().gradient = std::move(gradient);
+        }
     }
 }
 

@@ -89,17 +89,26 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
     YGNodeSetContext(yogaNode, this);
     tree_.nodeMade();
     try {
-        if (const std::string& click = memberOf(element, Property::OnClick).string(); !click.empty()) {
-            mutableExtras().onClick = click;
+        // Only what the element names is looked up.
+        const uint64_t named = namedCommonProperties(element);
+        auto names = [named](Property property) { return (named & commonBit(property)) != 0; };
+        if (names(Property::OnClick)) {
+            if (const std::string& click = memberOf(element, Property::OnClick).string(); !click.empty()) {
+                mutableExtras().onClick = click;
+            }
         }
-        if (Value animation = evaluatedOnce(element, Property::LoopAnimation, scope, engine); !animation.isNull()) {
-            mutableExtras().loopAnimation = std::move(animation);
+        if (names(Property::LoopAnimation)) {
+            if (Value animation = evaluatedOnce(element, Property::LoopAnimation, scope, engine); !animation.isNull()) {
+                mutableExtras().loopAnimation = std::move(animation);
+            }
         }
         // The root always has a view of its own (the host's root view): it
         // cannot be flattened into a parent it does not have.
-        flattened_ = parent != nullptr && memberOf(element, Property::IsEmpty).boolean();
-        readTransitions(element);
-        bindCommonProperties(element);
+        flattened_ = parent != nullptr && names(Property::IsEmpty) && memberOf(element, Property::IsEmpty).boolean();
+        if (names(Property::Transition)) {
+            readTransitions(element);
+        }
+        bindCommonProperties(element, named);
     } catch (...) {
         // No destructor runs for a node whose constructor throws.
         leaveTree();

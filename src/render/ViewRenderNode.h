@@ -217,7 +217,7 @@ protected:
     RenderTree& tree() const { return tree_; }
 
     // The properties every node has, in their binding order.
-    void bindCommonProperties(const Value& element);
+    void bindCommonProperties(const Value& element, uint64_t named);
     // The kind's own host properties the element names, kept in
     // kindValues_: constants are stored once (the host view is made from
     // them); a bound value stores each change and sends it under the
