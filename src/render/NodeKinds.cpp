@@ -165,7 +165,7 @@ std::optional<Property> propertyOfKey(std::string_view key)
         return slots;
     }();
     for (std::size_t i = keySlot(key); table[i].used; i = (i + 1) & (kKeySlots - 1)) {
-        if (table[i].key.size() == key.size() && table[i].key == key) {
+        if (sameKey(table[i].key, key)) {
             return table[i].property;
         }
     }

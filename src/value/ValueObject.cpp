@@ -167,7 +167,7 @@ ValueObject::size_type ValueObject::lookUp(std::string_view key) const
         if (entry == 0) {
             return size();
         }
-        if (members_[entry - 1].first == key) {
+        if (sameKey(members_[entry - 1].first, key)) {
             return entry - 1;
         }
     }
@@ -178,8 +178,7 @@ ValueObject::size_type ValueObject::scan(std::string_view key) const
     const size_type count = size_;
     for (size_type i = 0; i < count; ++i) {
         // Keys of one object rarely share a length and a first byte.
-        const std::string& candidate = members_[i].first;
-        if (candidate.size() == key.size() && (key.empty() || candidate[0] == key[0]) && candidate == key) {
+        if (sameKey(members_[i].first, key)) {
             return i;
         }
     }

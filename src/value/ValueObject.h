@@ -20,6 +20,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <cstring>
 #include <initializer_list>
 #include <new>
 #include <string>
@@ -31,6 +32,30 @@
 #include "value/Value.h"
 
 namespace Mero {
+
+// Whether two keys are equal. Keys are short: from four to sixteen bytes they
+// are compared as two overlapping words, without a call to memcmp.
+inline bool sameKey(std::string_view a, std::string_view b) noexcept
+{
+    const std::size_t size = a.size();
+    if (size != b.size()) {
+        return false;
+    }
+    auto word = [](const char* p, auto zero) {
+        decltype(zero) w;
+        std::memcpy(&w, p, sizeof w);
+        return w;
+    };
+    if (size >= 8 && size <= 16) {
+        return word(a.data(), uint64_t{}) == word(b.data(), uint64_t{}) &&
+               word(a.data() + size - 8, uint64_t{}) == word(b.data() + size - 8, uint64_t{});
+    }
+    if (size >= 4 && size < 8) {
+        return word(a.data(), uint32_t{}) == word(b.data(), uint32_t{}) &&
+               word(a.data() + size - 4, uint32_t{}) == word(b.data() + size - 4, uint32_t{});
+    }
+    return a == b;
+}
 
 // Anything a key can be looked up by: std::string, std::string_view, a C string.
 template <typename Key>

@@ -88,6 +88,26 @@ TEST_P(ValueObjectSizes, EveryMemberIsFoundWhereItWasInserted)
 
 INSTANTIATE_TEST_SUITE_P(AroundTheLimits, ValueObjectSizes, testing::Values(2, 3, 4, 5, 16, 17, 18, 40, 1000));
 
+// Keys are compared a word at a time: a key of any length differs from one
+// that differs in any single byte, and from its own prefixes.
+TEST(ValueObject, KeysDifferingInAnyOneByteAreDifferentKeys)
+{
+    for (std::size_t length = 0; length <= 20; ++length) {
+        std::string key;
+        for (std::size_t i = 0; i < length; ++i) {
+            key += static_cast<char>('a' + i);
+        }
+        ValueObject object{{key, Value(1.0)}};
+        EXPECT_TRUE(object.contains(std::string(key))) << length;
+        for (std::size_t i = 0; i < length; ++i) {
+            std::string other = key;
+            other[i] = 'Z';
+            EXPECT_FALSE(object.contains(other)) << length << " at " << i;
+            EXPECT_FALSE(object.contains(std::string_view(key).substr(0, i))) << length << " prefix " << i;
+        }
+    }
+}
+
 TEST(ValueObject, ClearEmptiesAndTheObjectCanBeFilledAgain)
 {
     ValueObject object = countingDown(30);
