@@ -150,7 +150,12 @@ ParsedTemplate::ParsedTemplate(std::shared_ptr<const std::string> text, Value ro
       elements_(memberOf(root_, "elements")),
       variables_(memberOf(root_, "variables"))
 {
-    dataNames_.addReadsIn(root_);
+}
+
+const DataNames& ParsedTemplate::dataNames() const
+{
+    std::call_once(dataNamesFound_, [this] { dataNames_.addReadsIn(root_); });
+    return dataNames_;
 }
 
 ParsedTemplatePtr ParsedTemplate::read(std::string_view text, Reports reports)

@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -43,8 +44,9 @@ public:
     const Value& elements() const { return elements_; }
     // The "variables" object, or null: a card copies it into a table of its own.
     const Value& variables() const { return variables_; }
-    // The data members that anything in the template reads.
-    const DataNames& dataNames() const { return dataNames_; }
+    // The data members that anything in the template reads; found on first
+    // use (only large data asks).
+    const DataNames& dataNames() const;
 
     // Use read(); public for make_shared.
     ParsedTemplate(std::shared_ptr<const std::string> text, Value root);
@@ -54,7 +56,8 @@ private:
     Value root_;
     Value elements_;
     Value variables_;
-    DataNames dataNames_;
+    mutable std::once_flag dataNamesFound_;
+    mutable DataNames dataNames_;
 };
 
 using ParsedTemplatePtr = std::shared_ptr<const ParsedTemplate>;
