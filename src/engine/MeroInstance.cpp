@@ -150,7 +150,7 @@ void MeroInstance::markDirty(const std::string& componentId)
     if (YGNodeHasMeasureFunc(node->yogaNode)) {
         YGNodeMarkDirty(node->yogaNode);
     }
-    if (!node->engine.expired()) {
+    if (!node->engine().expired()) {
         tree_->requestLayout();
         flush();
     }
@@ -169,7 +169,7 @@ void MeroInstance::sendClickEvent(const std::string& componentId)
     if (node == nullptr || node->onClick().empty()) {
         return;
     }
-    if (std::shared_ptr<RuntimeEngine> runtime = node->engine.lock()) {
+    if (std::shared_ptr<RuntimeEngine> runtime = node->engine().lock()) {
         // The handler's scope receives a copy of the node's locals; the
         // node's own scope is never changed.
         runtime->dispatchEvent(node->onClick(), Value(Kind::Object), node->scope);
@@ -183,7 +183,7 @@ void MeroInstance::sendSwiperEvent(const std::string& componentId, int32_t index
     if (swiper == nullptr) {
         return;
     }
-    std::shared_ptr<RuntimeEngine> runtime = swiper->engine.lock();
+    std::shared_ptr<RuntimeEngine> runtime = swiper->engine().lock();
     const std::string& eventName = swiper->onSwiperChange.string();
     if (!runtime || eventName.empty()) {
         return;

@@ -12,7 +12,7 @@ ForRenderNode::ForRenderNode(const Value& element, ContainerRenderNode* parentNo
 {
     if (const Value* source = NodeBinding::propertyOf(element, keyOf(Property::List))) {
         Value items =
-            NodeBinding::isScalar(*source) ? *source : createRuntimeObject(*source)->value(this->scope, this->engine);
+            NodeBinding::isScalar(*source) ? *source : createRuntimeObject(*source)->value(this->scope, this->engine());
         list = items.arrayPtr();
     }
     if (const Value* name = NodeBinding::propertyOf(element, keyOf(Property::Index))) {

@@ -120,15 +120,15 @@ template <typename Apply>
 void ViewRenderNode::bindBool(const Value& element, std::string_view key, bool fallback, Apply apply)
 {
     const Value* property = NodeBinding::propertyOf(element, key);
-    if (property == nullptr || engine.expired()) {
+    if (property == nullptr || engine().expired()) {
         apply(fallback, true);
         return;
     }
     NodeBinding::evaluateOrBind(
-        *property, scope, engine,
+        *property, scope, engine(),
         [&](const Value& value) { apply(value.is(Kind::Boolean) ? value.boolean() : fallback, true); },
         [&](RuntimeObjectPtr expression) {
-            keepBinding(RuntimeEngine::getTypeData(scope, std::move(expression), engine, firstTimeSetter<bool>(std::move(apply)),
+            keepBinding(RuntimeEngine::getTypeData(scope, std::move(expression), engine(), firstTimeSetter<bool>(std::move(apply)),
                                        fallback));
         });
 }
@@ -137,15 +137,15 @@ template <typename Apply>
 void ViewRenderNode::bindNumber(const Value& element, std::string_view key, double fallback, Apply apply)
 {
     const Value* property = NodeBinding::propertyOf(element, key);
-    if (property == nullptr || engine.expired()) {
+    if (property == nullptr || engine().expired()) {
         apply(fallback, true);
         return;
     }
     NodeBinding::evaluateOrBind(
-        *property, scope, engine,
+        *property, scope, engine(),
         [&](const Value& value) { apply(value.is(Kind::Number) ? value.number() : fallback, true); },
         [&](RuntimeObjectPtr expression) {
-            keepBinding(RuntimeEngine::getTypeData(scope, std::move(expression), engine, firstTimeSetter<double>(std::move(apply)),
+            keepBinding(RuntimeEngine::getTypeData(scope, std::move(expression), engine(), firstTimeSetter<double>(std::move(apply)),
                                        fallback));
         });
 }
@@ -154,15 +154,15 @@ template <typename Apply>
 void ViewRenderNode::bindValue(const Value& element, std::string_view key, const Value& fallback, Apply apply)
 {
     const Value* property = NodeBinding::propertyOf(element, key);
-    if (property == nullptr || engine.expired()) {
+    if (property == nullptr || engine().expired()) {
         apply(fallback, true);
         return;
     }
     NodeBinding::evaluateOrBind(
-        *property, scope, engine,
+        *property, scope, engine(),
         [&](const Value& value) { apply(value.kind() == fallback.kind() ? value : fallback, true); },
         [&](RuntimeObjectPtr expression) {
-            keepBinding(RuntimeEngine::getValueData(scope, std::move(expression), engine, firstTimeSetter<Value>(std::move(apply)),
+            keepBinding(RuntimeEngine::getValueData(scope, std::move(expression), engine(), firstTimeSetter<Value>(std::move(apply)),
                                         fallback));
         });
 }
@@ -179,7 +179,7 @@ void ViewRenderNode::bindSize(const Value& element, std::string_view key, Apply 
     }
     // Locked only for a named property: most are not, and a lock is an
     // atomic read-modify-write.
-    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    std::shared_ptr<RuntimeEngine> runtime = engine().lock();
     if (!runtime) {
         apply(fallback, true);
         return;
@@ -190,11 +190,11 @@ void ViewRenderNode::bindSize(const Value& element, std::string_view key, Apply 
     }
     SizeProperty size = parseSizeProperty(*property);
     if (!size.expression->isDynamic()) {
-        const double number = size.expression->value(scope, engine).number();
+        const double number = size.expression->value(scope, engine()).number();
         apply(runtime->convertSizeToNumber(size.sizeType, number, base, fallback), true);
         return;
     }
-    keepBinding(RuntimeEngine::getSizeData(scope, std::move(size), engine, firstTimeSetter<double>(std::move(apply)), base, fallback));
+    keepBinding(RuntimeEngine::getSizeData(scope, std::move(size), engine(), firstTimeSetter<double>(std::move(apply)), base, fallback));
 }
 
 template <typename Apply>
@@ -206,7 +206,7 @@ void ViewRenderNode::bindYogaSize(const Value& element, std::string_view key, Ap
     if (property == nullptr) {
         return;
     }
-    std::shared_ptr<RuntimeEngine> runtime = engine.lock();
+    std::shared_ptr<RuntimeEngine> runtime = engine().lock();
     if (!runtime) {
         return;
     }
@@ -216,11 +216,11 @@ void ViewRenderNode::bindYogaSize(const Value& element, std::string_view key, Ap
     }
     SizeProperty size = parseSizeProperty(*property);
     if (!size.expression->isDynamic()) {
-        const double number = size.expression->value(scope, engine).number();
+        const double number = size.expression->value(scope, engine()).number();
         apply(runtime->convertSize(size.sizeType, number, fallback), true);
         return;
     }
-    keepBinding(RuntimeEngine::getYGValueData(scope, std::move(size), engine, firstTimeSetter<YGValue>(std::move(apply)), fallback));
+    keepBinding(RuntimeEngine::getYGValueData(scope, std::move(size), engine(), firstTimeSetter<YGValue>(std::move(apply)), fallback));
 }
 
 }  // namespace Mero

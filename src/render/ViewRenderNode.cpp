@@ -80,7 +80,6 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
     : nodeId(scopedNodeId(element, localScope)),
       type(truncateToUint32(memberOf(element, Property::Type).number())),
       parent(parentNode),
-      engine(renderTree.engine()),
       scope(std::move(localScope)),
       yogaNode(YGNodeNew()),
       kind_(kindOfCode(type) != nullptr ? kindOfCode(type) : kindOfCode(0)),
@@ -98,7 +97,7 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
             }
         }
         if (names(Property::LoopAnimation)) {
-            if (Value animation = evaluatedOnce(element, Property::LoopAnimation, scope, engine); !animation.isNull()) {
+            if (Value animation = evaluatedOnce(element, Property::LoopAnimation, scope, engine()); !animation.isNull()) {
                 mutableExtras().loopAnimation = std::move(animation);
             }
         }
@@ -114,6 +113,11 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
         leaveTree();
         throw;
     }
+}
+
+const EngineRef& ViewRenderNode::engine() const
+{
+    return tree_.engine();
 }
 
 ViewRenderNode::~ViewRenderNode()
@@ -214,7 +218,7 @@ bool ViewRenderNode::markPending()
     if (flattened_ || !isShown()) {
         return false;
     }
-    if (engine.expired()) {
+    if (engine().expired()) {
         return false;
     }
     if (!queued_) {
@@ -265,7 +269,7 @@ void ViewRenderNode::setVisible(bool shown)
 
 void ViewRenderNode::requestLayout() const
 {
-    if (!engine.expired()) {
+    if (!engine().expired()) {
         tree_.requestLayout();
     }
 }
@@ -332,7 +336,7 @@ void ViewRenderNode::applyFrameSize(float value, float& cached, Property propert
     if (value == cached) {
         return;
     }
-    if (engine.expired()) {
+    if (engine().expired()) {
         return;
     }
     cached = value;

@@ -147,12 +147,13 @@ public:
     const NodeKind& kind() const { return *kind_; }
     // The value of one of the kind's own properties (a leaf's or a swiper's).
     const Value& kindValue(Property property) const;
+    // The card's script runtime, held weakly by the tree.
+    const EngineRef& engine() const;
 
     // What a node is, fixed when it is made.
     const std::string nodeId;
     const uint32_t type;
     ContainerRenderNode* const parent;  // null for the root
-    const EngineRef engine;
     const LocalScope scope;
     const OwnedYogaNode yogaNode;
     // The "onClick" event name (what a click dispatches), read once; empty
