@@ -80,7 +80,7 @@ Value::Value(Kind kind) : kind_(kind)
     }
 }
 
-Value::Value(Value&& other) noexcept : kind_(other.kind_), payload_(std::move(other.payload_))
+Value::Value(Value&& other) noexcept : payload_(std::move(other.payload_)), kind_(other.kind_)
 {
     other.kind_ = Kind::Null;
     other.payload_ = 0.0;

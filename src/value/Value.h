@@ -68,19 +68,19 @@ public:
     // gets an empty callable.
     explicit Value(Kind kind);
 
-    Value(double number) noexcept : kind_(Kind::Number), payload_(number) {}
+    Value(double number) noexcept : payload_(number), kind_(Kind::Number) {}
     template <std::integral Integer>
     requires(!std::same_as<Integer, bool>) Value(Integer number)
     noexcept : Value(static_cast<double>(number)) {}
-    Value(bool boolean) noexcept : kind_(Kind::Boolean), payload_(boolean) {}
-    Value(std::string text) noexcept : kind_(Kind::String), payload_(std::move(text)) {}
+    Value(bool boolean) noexcept : payload_(boolean), kind_(Kind::Boolean) {}
+    Value(std::string text) noexcept : payload_(std::move(text)), kind_(Kind::String) {}
     Value(std::string_view text) : Value(std::string(text)) {}
     Value(const char* text) : Value(std::string(text)) {}
-    Value(ArrayPtr array) noexcept : kind_(Kind::Array), payload_(std::move(array)) {}
-    Value(ObjectPtr object) noexcept : kind_(Kind::Object), payload_(std::move(object)) {}
-    Value(CallbackPtr callback) noexcept : kind_(Kind::Callback), payload_(std::move(callback)) {}
+    Value(ArrayPtr array) noexcept : payload_(std::move(array)), kind_(Kind::Array) {}
+    Value(ObjectPtr object) noexcept : payload_(std::move(object)), kind_(Kind::Object) {}
+    Value(CallbackPtr callback) noexcept : payload_(std::move(callback)), kind_(Kind::Callback) {}
 
-    Value(const Value& other) : kind_(other.kind_), payload_(other.payload_) { countStringCopy(); }
+    Value(const Value& other) : payload_(other.payload_), kind_(other.kind_) { countStringCopy(); }
     Value& operator=(const Value& other)
     {
         kind_ = other.kind_;
@@ -142,8 +142,9 @@ private:
     }
     void releaseContainer() noexcept;
 
+    // The kind sits in the payload's tail padding: a Value is 40 bytes, not 48.
+    [[no_unique_address]] Payload payload_ = 0.0;
     Kind kind_ = Kind::Null;
-    Payload payload_ = 0.0;
 };
 
 // The member `key` of an object Value, or a shared null when it is absent or
