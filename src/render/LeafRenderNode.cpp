@@ -76,7 +76,10 @@ YGSize LeafRenderNode::measureText(float width, YGMeasureMode widthMode, float h
     }
     const auto [measuredWidth, measuredHeight] =
         runtime->services.measureText(measureRequest(width, widthMode, height, heightMode));
-    return YGSize{static_cast<float>(measuredWidth), static_cast<float>(measuredHeight)};
+    // A negative or NaN answer (a host handed a negative font size, say)
+    // measures 0, as Yoga would take it, without Yoga's warning on every pass.
+    auto valid = [](double size) { return size >= 0.0 ? static_cast<float>(size) : 0.0F; };
+    return YGSize{valid(measuredWidth), valid(measuredHeight)};
 }
 
 // The content keeps its aspect ratio; before the host has a view there is no

@@ -2,10 +2,12 @@
 // measure functions.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <tuple>
 
 #include "render/LeafRenderNode.h"
 #include "render/RenderCard.h"
+#include "support/ReportedErrors.h"
 
 using Mero::ViewRenderNode;
 using MeroTest::Calls;
@@ -43,6 +45,14 @@ TEST(TextRenderNode, MeasuresThroughTheHostWithItsStyle)
     unmeasured.build();
     unmeasured.layout();
     EXPECT_EQ(unmeasured.find("t")->layout().width, 0.0);
+
+    // A negative or NaN answer measures 0, quietly.
+    RenderCard invalid(textCard);
+    invalid.measureAnswer = {-5.0, std::nan("")};
+    invalid.build();
+    EXPECT_EQ(MeroTest::printedOutput([&] { invalid.layout(); }), "");
+    EXPECT_EQ(invalid.find("t")->layout().width, 0.0);
+    EXPECT_EQ(invalid.find("t")->layout().height, 0.0);
 }
 
 TEST(TextRenderNode, TextChangesRemeasureButWeightChangesDoNot)
