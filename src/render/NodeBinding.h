@@ -112,7 +112,7 @@ std::shared_ptr<std::function<void(Arg)>> ViewRenderNode::firstTimeSetter(Apply 
 inline void ViewRenderNode::keepBinding(ObserverPtr observer)
 {
     if (observer) {
-        bindings_.push_back(std::move(observer));
+        mutableExtras().bindings.push_back(std::move(observer));
     }
 }
 

@@ -243,7 +243,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element, uint64_t named)
     if ((named & commonBit(Property::BackgroundGradient)) != 0) {
         Gradient gradient = readGradient(element);
         if (!gradient.stops.empty() || gradient.angle != 0.0) {
-            mutableStyle().gradient = std::move(gradient);
+            mutableExtras().gradient = std::move(gradient);
         }
     }
 }

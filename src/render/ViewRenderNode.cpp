@@ -172,6 +172,12 @@ const Value& ViewRenderNode::loopAnimation() const
     return extras_ ? extras_->loopAnimation : none;
 }
 
+const Gradient& ViewRenderNode::gradient() const
+{
+    static const Gradient none;
+    return extras_ ? extras_->gradient : none;
+}
+
 const Transition* ViewRenderNode::transitionFor(std::string_view key) const
 {
     if (!extras_) {

@@ -87,7 +87,6 @@ struct StyleCache {
     float cornerRightTop = 0.0F;
     float cornerRightBottom = 0.0F;
     float cornerLeftBottom = 0.0F;
-    Gradient gradient;
 };
 
 // A render node's Yoga node, freed with the member: a node whose
@@ -161,6 +160,8 @@ public:
     const std::string& onClick() const;
     // The "loopAnimation", evaluated once; null for most nodes.
     const Value& loopAnimation() const;
+    // "backgroundGradient", read once; few nodes have one.
+    const Gradient& gradient() const;
 
     bool visible() const { return visible_; }
     // A flattened ("isEmpty") container has no view of its own: its shown
@@ -248,6 +249,11 @@ private:
         Value loopAnimation;
         std::unordered_map<std::string, Transition> transitionsByKey;
         std::optional<Transition> allTransition;
+        Gradient gradient;
+        // The bindings of the properties bound to expressions that read UI
+        // variables: the node owns their callbacks, the engine holds them
+        // weakly. Most nodes have none.
+        std::vector<ObserverPtr> bindings;
     };
     Extras& mutableExtras();
     const Queues& queues() const;
@@ -289,7 +295,6 @@ private:
     // Where this node sits in the tree's pending list while `queued` is set.
     std::list<ViewRenderNode*>::iterator pendingEntry_;
     // The callbacks of the node's bound properties (see keepBinding).
-    std::vector<ObserverPtr> bindings_;
 };
 
 }  // namespace Mero

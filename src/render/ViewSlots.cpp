@@ -184,7 +184,7 @@ void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots)
     if (!node.loopAnimation().isNull()) {
         slots.strings.set(ViewSlots::kLoopAnimationSlot, jsonWithinLimit(node.loopAnimation()));
     }
-    putGradient(slots, node.style().gradient);
+    putGradient(slots, node.gradient());
 }
 
 }  // namespace Mero

@@ -115,7 +115,7 @@ TEST(ViewStyleProperties, ConstantsFillTheCacheOnlyAndAWrongKindKeepsTheDefault)
     EXPECT_EQ(node->style().cornerRightBottom, 8.0);
     EXPECT_TRUE(card.tree.pendingNodes().empty());
     // The gradient keeps at most five stops; a missing location reads 0.
-    const Mero::Gradient& gradient = node->style().gradient;
+    const Mero::Gradient& gradient = node->gradient();
     EXPECT_EQ(gradient.angle, 45.0);
     ASSERT_EQ(gradient.stops.size(), 5U);
     EXPECT_EQ(std::pair(gradient.stops[1].color, gradient.stops[1].location), std::pair(std::string("#2"), 0.25));
