@@ -81,7 +81,9 @@ void ViewRenderNode::bindKindProperties(const Value& element)
             kindNamed_ |= uint32_t{1} << i;
         }
     }
-    kindValues_.resize(static_cast<std::size_t>(std::popcount(kindNamed_)));
+    if (kindNamed_ != 0) {
+        kindValues_ = std::make_unique<Value[]>(static_cast<std::size_t>(std::popcount(kindNamed_)));
+    }
     std::size_t stored = 0;
     for (std::size_t i = 0; i < properties.size(); ++i) {
         if ((kindNamed_ & (uint32_t{1} << i)) == 0) {

@@ -291,7 +291,8 @@ private:
     uint32_t kindNamed_ = 0;
     std::unique_ptr<Extras> extras_;
     std::unique_ptr<Queues> queues_;
-    std::vector<Value> kindValues_;
+    // As many as kindNamed_ has bits.
+    std::unique_ptr<Value[]> kindValues_;
     // Where this node sits in the tree's pending list while `queued` is set.
     std::list<ViewRenderNode*>::iterator pendingEntry_;
     // The callbacks of the node's bound properties (see keepBinding).
