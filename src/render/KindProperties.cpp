@@ -17,12 +17,6 @@ bool isPoints(YGValue size)
     return size.unit == YGUnitPoint;
 }
 
-bool isHostValue(PropertyInput input)
-{
-    return input == PropertyInput::Text || input == PropertyInput::Number || input == PropertyInput::Bool ||
-           input == PropertyInput::Size || input == PropertyInput::Literal;
-}
-
 // What a host property the element does not name reads as: the value its
 // binder would have stored from the fallback.
 const Value& defaultKindValue(Property property)
@@ -73,14 +67,9 @@ bool ViewRenderNode::contentSizesNode() const
 void ViewRenderNode::bindKindProperties(const Value& element)
 {
     const std::span<const Property> properties = kind().properties;
-    // The named ones first: the bindings keep references into kindValues_,
-    // which must not move once they are made.
-    for (std::size_t i = 0; i < properties.size(); ++i) {
-        const PropertyInfo& row = info(properties[i]);
-        if (isHostValue(row.input) && NodeBinding::propertyOf(element, row.key) != nullptr) {
-            kindNamed_ |= uint32_t{1} << i;
-        }
-    }
+    // kindNamed_ was found by the constructor, in its one pass over the
+    // element's members. The values are made first: the bindings keep
+    // references into kindValues_, which must not move once they are made.
     if (kindNamed_ != 0) {
         kindValues_ = std::make_unique<Value[]>(static_cast<std::size_t>(std::popcount(kindNamed_)));
     }

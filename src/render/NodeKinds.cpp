@@ -101,12 +101,20 @@ uint64_t commonBit(Property property)
     return bitOfProperty[static_cast<std::size_t>(property)];
 }
 
-uint64_t namedCommonProperties(const Value& element)
+NamedProperties namedProperties(const Value& element, const NodeKind& kind)
 {
-    uint64_t named = 0;
+    static_assert(kSwiper.size() <= 32 && kVideo.size() <= 32, "one bit per own property");
+    NamedProperties named;
     for (const auto& [key, value] : element.object()) {
-        if (const std::optional<Property> property = propertyOfKey(key)) {
-            named |= commonBit(*property);
+        const std::optional<Property> property = propertyOfKey(key);
+        if (!property) {
+            continue;
+        }
+        named.common |= commonBit(*property);
+        if (!value.isNull() && isHostValue(info(*property).input)) {
+            if (const int slot = kindSlotOf(kind, *property); slot >= 0) {
+                named.own |= uint32_t{1} << slot;
+            }
         }
     }
     return named;

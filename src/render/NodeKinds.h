@@ -41,11 +41,17 @@ struct NodeKind {
 // The properties every node has, in the order they are read and bound.
 std::span<const Property> commonProperties();
 
-// The common properties an element names, as bits: bit i stands for the i-th
-// common property, and commonBit gives a property's bit (0 for a property
-// that is not common). One pass over the element's members: an element names
-// a handful of the forty-odd, and the others need no lookup each.
-uint64_t namedCommonProperties(const Value& element);
+// The properties an element names, found in one pass over its members: an
+// element names a handful of the forty-odd common ones and of its kind's, and
+// the others need no lookup each. Bit i of `common` stands for the i-th common
+// property (commonBit gives a property's bit, 0 for one that is not common);
+// bit i of `own` for the kind's i-th own property, when it is a host value
+// (isHostValue) and not null.
+struct NamedProperties {
+    uint64_t common = 0;
+    uint32_t own = 0;
+};
+NamedProperties namedProperties(const Value& element, const NodeKind& kind);
 uint64_t commonBit(Property property);
 
 // The kinds, by type code; codes without a kind (1, 12 and above) build a

@@ -218,6 +218,14 @@ constexpr bool isYogaInput(PropertyInput input)
            input == PropertyInput::YogaEnum;
 }
 
+// Whether a kind's own property of this input is kept by its node, as the
+// value its host view is made from.
+constexpr bool isHostValue(PropertyInput input)
+{
+    return input == PropertyInput::Text || input == PropertyInput::Number || input == PropertyInput::Bool ||
+           input == PropertyInput::Size || input == PropertyInput::Literal;
+}
+
 // The host id of a property that has one; for the properties below it is
 // known at compile time.
 constexpr uint32_t hostIdOf(Property property)

@@ -89,7 +89,13 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
     tree_.nodeMade();
     try {
         // Only what the element names is looked up.
-        const uint64_t named = namedCommonProperties(element);
+        const NamedProperties found = namedProperties(element, *kind_);
+        const uint64_t named = found.common;
+        // Only the classes that keep their kind's values (leaf and swiper,
+        // through bindKindProperties) record which the element names.
+        if (kind_->nodeClass == NodeClass::Leaf || kind_->nodeClass == NodeClass::Swiper) {
+            kindNamed_ = found.own;
+        }
         auto names = [named](Property property) { return (named & commonBit(property)) != 0; };
         if (names(Property::OnClick)) {
             if (const std::string& click = memberOf(element, Property::OnClick).string(); !click.empty()) {
