@@ -57,13 +57,21 @@ double secondsSince(Clock::time_point start)
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// The first card of its template: nothing has read the template before.
-void BM_ColdStart_Mero(benchmark::State& state, const std::string& name)
+// Times showing new cards of `name`: the first card of its template (nothing
+// has read the template before), or another card of a template already
+// loaded, as the next card of a feed is (its reading is shared).
+void timeColdStarts(benchmark::State& state, const std::string& name, bool firstOfTemplate)
 {
     Mero::debugMode = false;
     const BenchCard card = benchCard(name);
+    Mero::MeroInstance earlier;
+    if (!firstOfTemplate) {
+        showCard(earlier, card.templateText, card.data);
+    }
     for (auto _ : state) {
-        Mero::ParsedTemplate::forgetRecent();
+        if (firstOfTemplate) {
+            Mero::ParsedTemplate::forgetRecent();
+        }
         auto instance = std::make_unique<Mero::MeroInstance>();
         const Clock::time_point start = Clock::now();
         std::optional<Mero::ViewTree> views = showCard(*instance, card.templateText, card.data);
@@ -71,20 +79,14 @@ void BM_ColdStart_Mero(benchmark::State& state, const std::string& name)
     }
 }
 
-// Another card of a template already loaded, as the next card of a feed is:
-// the template's reading is shared.
+void BM_ColdStart_Mero(benchmark::State& state, const std::string& name)
+{
+    timeColdStarts(state, name, true);
+}
+
 void BM_ColdStart_MeroShared(benchmark::State& state, const std::string& name)
 {
-    Mero::debugMode = false;
-    const BenchCard card = benchCard(name);
-    Mero::MeroInstance earlier;
-    showCard(earlier, card.templateText, card.data);
-    for (auto _ : state) {
-        auto instance = std::make_unique<Mero::MeroInstance>();
-        const Clock::time_point start = Clock::now();
-        std::optional<Mero::ViewTree> views = showCard(*instance, card.templateText, card.data);
-        state.SetIterationTime(secondsSince(start));
-    }
+    timeColdStarts(state, name, false);
 }
 
 // Releasing a card made as above: its views' description, then the instance.
