@@ -50,7 +50,9 @@ const Value& ViewRenderNode::kindValue(Property property) const
 const Value& ViewRenderNode::kindValueAt(std::size_t slot) const
 {
     const uint32_t bit = uint32_t{1} << slot;
-    if ((kindNamed_ & bit) != 0) {
+    // The values are made after the bits are found (a swiper's list is
+    // evaluated in between): until then every value reads as its default.
+    if ((kindNamed_ & bit) != 0 && kindValues_) {
         return kindValues_[static_cast<std::size_t>(std::popcount(kindNamed_ & (bit - 1)))];
     }
     return defaultKindValue(kind_->properties[slot]);

@@ -295,7 +295,6 @@ private:
     std::unique_ptr<Value[]> kindValues_;
     // Where this node sits in the tree's pending list while `queued` is set.
     std::list<ViewRenderNode*>::iterator pendingEntry_;
-    // The callbacks of the node's bound properties (see keepBinding).
 };
 
 }  // namespace Mero

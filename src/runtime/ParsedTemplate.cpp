@@ -6,6 +6,7 @@
 #include <mutex>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "value/JsonParser.h"
 
@@ -25,14 +26,19 @@ class TemplateCache {
 public:
     ParsedTemplatePtr find(std::string_view text, std::size_t hash)
     {
+        // Whatever the lookup was last to hold is freed after the unlock:
+        // these are declared before the lock.
+        std::vector<ParsedTemplatePtr> looked;
+        std::deque<ParsedTemplatePtr> dropped;
         std::lock_guard lock(mutex_);
         auto [first, last] = byHash_.equal_range(hash);
         for (auto it = first; it != last; ++it) {
             ParsedTemplatePtr found = it->second.lock();
             if (found && *found->text() == text) {
-                keepRecent(found);
+                dropped = keepRecent(found);
                 return found;
             }
+            looked.push_back(std::move(found));
         }
         return nullptr;
     }
