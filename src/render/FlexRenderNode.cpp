@@ -81,11 +81,11 @@ void FlexRenderNode::insertShownChildren()
 void FlexRenderNode::applyLayout(bool parentMoved)
 {
     const bool laidOutAnew = YGNodeGetHasNewLayout(yogaNode);
-    const double oldX = layout().x;
-    const double oldY = layout().y;
+    const double oldX = frame().x;
+    const double oldY = frame().y;
     ViewRenderNode::applyLayout(parentMoved);
     // A flattened container's offset is in its children's frames.
-    const bool moved = flattened() && (layout().x != oldX || layout().y != oldY);
+    const bool moved = flattened() && (frame().x != oldX || frame().y != oldY);
     if (!laidOutAnew && !moved) {
         return;  // Yoga did not visit the children: nothing of theirs changed
     }

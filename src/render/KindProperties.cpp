@@ -3,6 +3,7 @@
 // kind's list; the others read as their defaults.
 #include <array>
 #include <bit>
+#include <memory>
 #include <optional>
 
 #include "render/NodeBinding.h"
@@ -40,10 +41,25 @@ const Value& defaultKindValue(Property property)
 
 }  // namespace
 
+void KindValues::make(std::size_t count)
+{
+    values_ = std::allocator<Value>().allocate(count);
+    std::uninitialized_value_construct_n(values_, count);
+}
+
+void KindValues::release(std::size_t count) noexcept
+{
+    if (values_ != nullptr) {
+        std::destroy_n(values_, count);
+        std::allocator<Value>().deallocate(values_, count);
+        values_ = nullptr;
+    }
+}
+
 const Value& ViewRenderNode::kindValue(Property property) const
 {
     static const Value none;
-    const int slot = kindSlotOf(*kind_, property);
+    const int slot = kindSlotOf(kind(), property);
     return slot >= 0 ? kindValueAt(static_cast<std::size_t>(slot)) : none;
 }
 
@@ -55,7 +71,7 @@ const Value& ViewRenderNode::kindValueAt(std::size_t slot) const
     if ((kindNamed_ & bit) != 0 && kindValues_) {
         return kindValues_[static_cast<std::size_t>(std::popcount(kindNamed_ & (bit - 1)))];
     }
-    return defaultKindValue(kind_->properties[slot]);
+    return defaultKindValue(kind().properties[slot]);
 }
 
 bool ViewRenderNode::contentSizesNode() const
@@ -73,7 +89,7 @@ void ViewRenderNode::bindKindProperties(const Value& element)
     // element's members. The values are made first: the bindings keep
     // references into kindValues_, which must not move once they are made.
     if (kindNamed_ != 0) {
-        kindValues_ = std::make_unique<Value[]>(static_cast<std::size_t>(std::popcount(kindNamed_)));
+        kindValues_.make(static_cast<std::size_t>(std::popcount(kindNamed_)));
     }
     std::size_t stored = 0;
     for (std::size_t i = 0; i < properties.size(); ++i) {

@@ -68,6 +68,8 @@ constexpr std::array kKinds{
 };
 // A node marks which of its kind's own properties its element names in 32 bits.
 static_assert(std::ranges::all_of(kKinds, [](const NodeKind& kind) { return kind.properties.size() <= 32; }));
+// A code without a kind builds a plain view: the first kind.
+static_assert(kKinds[0].code == 0 && kKinds[0].nodeClass == NodeClass::View);
 
 
 }  // namespace
@@ -88,6 +90,12 @@ const NodeKind* kindOfCode(uint32_t code)
     return found != kKinds.end() ? &*found : nullptr;
 }
 
+uint8_t kindIndexOfCode(uint32_t code)
+{
+    const NodeKind* kind = kindOfCode(code);
+    return static_cast<uint8_t>(kind != nullptr ? kind - kKinds.data() : 0);
+}
+
 uint64_t commonBit(Property property)
 {
     static const auto bitOfProperty = [] {
@@ -103,7 +111,6 @@ uint64_t commonBit(Property property)
 
 NamedProperties namedProperties(const Value& element, const NodeKind& kind)
 {
-    static_assert(kSwiper.size() <= 32 && kVideo.size() <= 32, "one bit per own property");
     NamedProperties named;
     for (const auto& [key, value] : element.object()) {
         const std::optional<Property> property = propertyOfKey(key);

@@ -60,6 +60,9 @@ std::span<const NodeKind> nodeKinds();
 
 // The kind of a type code, or null.
 const NodeKind* kindOfCode(uint32_t code);
+// Where the kind of a type code stands among nodeKinds(); a plain view's
+// place for a code without one.
+uint8_t kindIndexOfCode(uint32_t code);
 
 // Where `property` stands in `kind`'s own list, or -1.
 int kindSlotOf(const NodeKind& kind, Property property);

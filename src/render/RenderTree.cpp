@@ -2,7 +2,9 @@
 
 #include <yoga/Yoga.h>
 
+#include <algorithm>
 #include <deque>
+#include <iterator>
 #include <utility>
 
 #include "render/ContainerRenderNode.h"
@@ -169,9 +171,27 @@ void RenderTree::viewsRefused(const std::vector<const ViewRenderNode*>& refused)
     }
 }
 
-std::list<ViewRenderNode*>::iterator RenderTree::enlist(ViewRenderNode* node)
+uint32_t RenderTree::enlist(ViewRenderNode* node)
 {
-    return pending_.insert(pending_.end(), node);
+    pending_.push_back(node);
+    return static_cast<uint32_t>(pending_.size() - 1);
+}
+
+std::vector<ViewRenderNode*> RenderTree::pendingNodes() const
+{
+    std::vector<ViewRenderNode*> listed;
+    std::copy_if(pending_.begin(), pending_.end(), std::back_inserter(listed),
+                 [](const ViewRenderNode* node) { return node != nullptr; });
+    return listed;
+}
+
+void RenderTree::clearPending() noexcept
+{
+    pending_.clear();
+    // A first layout lists every node; a live card should not keep that room.
+    if (pending_.capacity() > kKeptPendingRoom) {
+        pending_.shrink_to_fit();
+    }
 }
 
 bool RenderTree::mayAddNode() const
@@ -190,13 +210,16 @@ void RenderTree::flush()
         needsLayout_ = false;
     }
     ChangeList changes;
-    for (ViewRenderNode* node : pending_) {
-        if (node->queued_) {
+    // By place, not by iterator: collecting changes may enlist more nodes.
+    for (std::size_t place = 0; place < pending_.size(); ++place) {
+        ViewRenderNode* node = pending_[place];
+        if (node != nullptr) {
             node->queued_ = false;
+            pending_[place] = nullptr;
             collectChanges(*node, changes);
         }
     }
-    pending_.clear();
+    clearPending();
     if (host_ != nullptr && !changes.empty()) {
         viewsRefused(host_->apply(changes));
     }

@@ -10,7 +10,7 @@
 #pragma once
 
 #include <cstddef>
-#include <list>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -66,11 +66,14 @@ public:
     bool layoutApplied() const { return layoutApplied_; }
     void requestLayout() { needsLayout_ = true; }
     bool layoutRequested() const { return needsLayout_; }
-    const std::list<ViewRenderNode*>& pendingNodes() const { return pending_; }
+    // The nodes on the pending list, in the order they were enlisted.
+    std::vector<ViewRenderNode*> pendingNodes() const;
 
-    // Node bookkeeping, for the nodes themselves.
-    std::list<ViewRenderNode*>::iterator enlist(ViewRenderNode* node);
-    void delist(std::list<ViewRenderNode*>::iterator entry) { pending_.erase(entry); }
+    // Node bookkeeping, for the nodes themselves. enlist answers the node's
+    // place on the list; a node that goes before the flush leaves an empty
+    // place behind (a whole tree may go at once).
+    uint32_t enlist(ViewRenderNode* node);
+    void delist(uint32_t place) { pending_[place] = nullptr; }
     void nodeMade() { ++nodeCount_; }
     void nodeGone() { --nodeCount_; }
     std::size_t nodeCount() const { return nodeCount_; }
@@ -87,12 +90,16 @@ public:
 private:
     void layOut();
     void collectChanges(ViewRenderNode& node, ChangeList& changes);
+    // Empties the pending list once its nodes are taken off.
+    void clearPending() noexcept;
     static void forgetViewsBelow(const ViewRenderNode& node);
 
     EngineRef engine_;
     ViewHost* host_ = nullptr;
     RenderNodePtr root_;
-    std::list<ViewRenderNode*> pending_;  // not owned
+    std::vector<ViewRenderNode*> pending_;  // not owned; null where a node went
+    // Room the pending list keeps between flushes; more goes back.
+    static constexpr std::size_t kKeptPendingRoom = 64;
     std::size_t nodeCount_ = 0;
     bool needsLayout_ = false;
     bool layoutApplied_ = false;

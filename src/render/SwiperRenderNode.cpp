@@ -88,10 +88,10 @@ void SwiperRenderNode::applyLayout(bool parentMoved)
     }
     // Each page is a Yoga root of its own, laid out when the page area is
     // measured: every page says for itself whether it was.
-    const double oldX = layout().x;
-    const double oldY = layout().y;
+    const double oldX = frame().x;
+    const double oldY = frame().y;
     ViewRenderNode::applyLayout(parentMoved);
-    const bool moved = flattened() && (layout().x != oldX || layout().y != oldY);
+    const bool moved = flattened() && (frame().x != oldX || frame().y != oldY);
     for (const RenderNodePtr& page : children) {
         if (page->visible()) {
             page->applyLayout(moved);

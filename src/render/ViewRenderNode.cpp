@@ -1,6 +1,7 @@
 #include "render/ViewRenderNode.h"
 
 #include <array>
+#include <bit>
 #include <string>
 
 #include "render/ContainerRenderNode.h"
@@ -55,22 +56,22 @@ Value evaluatedOnce(const Value& element, Property property, const LocalScope& s
 // bottom. Both are read in the edge order left, top, right, bottom.
 struct EdgeResult {
     YGEdge edge;
-    float LayoutCache::*cached;
+    float LayoutInsets::*cached;
     uint32_t propertyId;
 };
 
 constexpr std::array<EdgeResult, 4> paddingResults{{
-    {YGEdgeLeft, &LayoutCache::paddingLeft, hostIdOf(Property::PaddingLeft)},
-    {YGEdgeTop, &LayoutCache::paddingTop, hostIdOf(Property::PaddingTop)},
-    {YGEdgeRight, &LayoutCache::paddingRight, hostIdOf(Property::PaddingRight)},
-    {YGEdgeBottom, &LayoutCache::paddingBottom, hostIdOf(Property::PaddingBottom)},
+    {YGEdgeLeft, &LayoutInsets::paddingLeft, hostIdOf(Property::PaddingLeft)},
+    {YGEdgeTop, &LayoutInsets::paddingTop, hostIdOf(Property::PaddingTop)},
+    {YGEdgeRight, &LayoutInsets::paddingRight, hostIdOf(Property::PaddingRight)},
+    {YGEdgeBottom, &LayoutInsets::paddingBottom, hostIdOf(Property::PaddingBottom)},
 }};
 
 constexpr std::array<EdgeResult, 4> borderResults{{
-    {YGEdgeLeft, &LayoutCache::borderLeft, hostIdOf(Property::BorderLeft)},
-    {YGEdgeTop, &LayoutCache::borderTop, hostIdOf(Property::BorderTop)},
-    {YGEdgeRight, &LayoutCache::borderRight, hostIdOf(Property::BorderRight)},
-    {YGEdgeBottom, &LayoutCache::borderBottom, hostIdOf(Property::BorderBottom)},
+    {YGEdgeLeft, &LayoutInsets::borderLeft, hostIdOf(Property::BorderLeft)},
+    {YGEdgeTop, &LayoutInsets::borderTop, hostIdOf(Property::BorderTop)},
+    {YGEdgeRight, &LayoutInsets::borderRight, hostIdOf(Property::BorderRight)},
+    {YGEdgeBottom, &LayoutInsets::borderBottom, hostIdOf(Property::BorderBottom)},
 }};
 
 }  // namespace
@@ -78,22 +79,22 @@ constexpr std::array<EdgeResult, 4> borderResults{{
 ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                LocalScope localScope)
     : nodeId(scopedNodeId(element, localScope)),
-      type(truncateToUint32(memberOf(element, Property::Type).number())),
       parent(parentNode),
       scope(std::move(localScope)),
       yogaNode(YGNodeNew()),
-      kind_(kindOfCode(type) != nullptr ? kindOfCode(type) : kindOfCode(0)),
-      tree_(renderTree)
+      type(truncateToUint32(memberOf(element, Property::Type).number())),
+      tree_(renderTree),
+      kindIndex_(kindIndexOfCode(type))
 {
     YGNodeSetContext(yogaNode, this);
     tree_.nodeMade();
     try {
         // Only what the element names is looked up.
-        const NamedProperties found = namedProperties(element, *kind_);
+        const NamedProperties found = namedProperties(element, kind());
         const uint64_t named = found.common;
         // Only the classes that keep their kind's values (leaf and swiper,
         // through bindKindProperties) record which the element names.
-        if (kind_->nodeClass == NodeClass::Leaf || kind_->nodeClass == NodeClass::Swiper) {
+        if (kind().nodeClass == NodeClass::Leaf || kind().nodeClass == NodeClass::Swiper) {
             kindNamed_ = found.own;
         }
         auto names = [named](Property property) { return (named & commonBit(property)) != 0; };
@@ -129,6 +130,7 @@ const EngineRef& ViewRenderNode::engine() const
 ViewRenderNode::~ViewRenderNode()
 {
     leaveTree();
+    kindValues_.release(static_cast<std::size_t>(std::popcount(kindNamed_)));
 }
 
 void ViewRenderNode::leaveTree() noexcept
@@ -137,7 +139,7 @@ void ViewRenderNode::leaveTree() noexcept
     // A node that goes between two flushes must not stay on the pending list
     // (a whole tree may go at once, hence the stored position).
     if (queued_) {
-        tree_.delist(pendingEntry_);
+        tree_.delist(pendingPlace_);
     }
 }
 
@@ -234,7 +236,7 @@ bool ViewRenderNode::markPending()
         return false;
     }
     if (!queued_) {
-        pendingEntry_ = tree_.enlist(this);
+        pendingPlace_ = tree_.enlist(this);
         queued_ = true;
     }
     // A node without a view keeps nothing, since its view is made from its
@@ -304,32 +306,36 @@ void ViewRenderNode::applyLayout(bool parentMoved)
 
 void ViewRenderNode::readLayout()
 {
-    applyFrameSize(YGNodeLayoutGetWidth(yogaNode), layout_.width, Property::Width);
-    applyFrameSize(YGNodeLayoutGetHeight(yogaNode), layout_.height, Property::Height);
+    applyFrameSize(YGNodeLayoutGetWidth(yogaNode), frame_.width, Property::Width);
+    applyFrameSize(YGNodeLayoutGetHeight(yogaNode), frame_.height, Property::Height);
 
     double x = YGNodeLayoutGetLeft(yogaNode);
     double y = YGNodeLayoutGetTop(yogaNode);
     // A flattened container has no view of its own: its offset moves into
     // its children's frames.
     if (parent != nullptr && parent->flattened()) {
-        x += parent->layout().x;
-        y += parent->layout().y;
+        x += parent->frame().x;
+        y += parent->frame().y;
     }
-    applyOrigin(x, layout_.x, Property::X);
-    applyOrigin(y, layout_.y, Property::Y);
+    applyOrigin(x, frame_.x, Property::X);
+    applyOrigin(y, frame_.y, Property::Y);
 
-    for (const EdgeResult& padding : paddingResults) {
-        const float value = YGNodeLayoutGetPadding(yogaNode, padding.edge);
-        if (value != layout_.*padding.cached) {
-            layout_.*padding.cached = value;
-            queuePropertyUpdate(padding.propertyId, value);
-        }
-    }
-    for (const EdgeResult& border : borderResults) {
-        const float value = YGNodeLayoutGetBorder(yogaNode, border.edge);
-        if (value != layout_.*border.cached) {
-            layout_.*border.cached = value;
-            queuePropertyUpdate(border.propertyId, value);
+    readInsets(false);
+    readInsets(true);
+}
+
+void ViewRenderNode::readInsets(bool borders)
+{
+    for (const EdgeResult& result : borders ? borderResults : paddingResults) {
+        const float value = borders ? YGNodeLayoutGetBorder(yogaNode, result.edge)
+                                    : YGNodeLayoutGetPadding(yogaNode, result.edge);
+        const float cached = insets_ ? (*insets_).*result.cached : 0.0F;
+        if (value != cached) {
+            if (!insets_) {
+                insets_ = std::make_unique<LayoutInsets>();
+            }
+            (*insets_).*result.cached = value;
+            queuePropertyUpdate(result.propertyId, value);
         }
     }
 }

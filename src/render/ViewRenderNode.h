@@ -12,7 +12,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <memory>
 #include <optional>
 #include <span>
@@ -40,11 +39,13 @@ using HostNodeList = std::vector<ViewRenderNode*>;
 // The layout values last sent to the host (all 0 until the first layout).
 // Yoga's results are floats and are kept as such; only the origin, which
 // adds a flattened parent's offset, is a sum kept in double.
-struct LayoutCache {
+struct LayoutFrame {
     double x = 0.0;
     double y = 0.0;
     float width = 0.0F;
     float height = 0.0F;
+};
+struct LayoutInsets {
     float paddingLeft = 0.0F;
     float paddingRight = 0.0F;
     float paddingTop = 0.0F;
@@ -54,6 +55,7 @@ struct LayoutCache {
     float borderTop = 0.0F;
     float borderBottom = 0.0F;
 };
+struct LayoutCache : LayoutFrame, LayoutInsets {};
 
 struct GradientStop {
     std::string color;
@@ -100,6 +102,29 @@ struct OwnedYogaNode {
     const YGNodeRef node;
 };
 
+// The values of the kind properties an element names, in slot order. The
+// node's bits tell how many there are, so the array does not keep its length
+// (`new Value[n]` would, in front of the values: most nodes have one to five
+// values, and those eight bytes cost them a larger block).
+class KindValues {
+public:
+    KindValues() = default;
+    KindValues(const KindValues&) = delete;
+    KindValues& operator=(const KindValues&) = delete;
+    // The owner releases them, as only it knows how many there are.
+    ~KindValues() = default;
+
+    // Makes `count` null values; none were made before.
+    void make(std::size_t count);
+    // Destroys the `count` values made and frees them.
+    void release(std::size_t count) noexcept;
+    Value& operator[](std::size_t index) const { return values_[index]; }
+    explicit operator bool() const { return values_ != nullptr; }
+
+private:
+    Value* values_ = nullptr;
+};
+
 class ViewRenderNode {
 public:
     // `element` is the template element (an object), `parent` null for the
@@ -143,7 +168,7 @@ public:
     const Transition* transitionFor(std::string_view key) const;
 
     // The node's kind (its type code's; a plain view's for a code without one).
-    const NodeKind& kind() const { return *kind_; }
+    const NodeKind& kind() const { return nodeKinds()[kindIndex_]; }
     // The value of one of the kind's own properties (a leaf's or a swiper's).
     const Value& kindValue(Property property) const;
     // The card's script runtime, held weakly by the tree.
@@ -151,10 +176,10 @@ public:
 
     // What a node is, fixed when it is made.
     const std::string nodeId;
-    const uint32_t type;
     ContainerRenderNode* const parent;  // null for the root
     const LocalScope scope;
     const OwnedYogaNode yogaNode;
+    const uint32_t type;
     // The "onClick" event name (what a click dispatches), read once; empty
     // for most nodes.
     const std::string& onClick() const;
@@ -173,7 +198,8 @@ public:
     bool hasView() const { return hasView_; }
     // The layout values last sent to the host, and the style values last
     // bound: what a new view is made from.
-    const LayoutCache& layout() const { return layout_; }
+    LayoutCache layout() const { return {frame_, insets_ ? *insets_ : LayoutInsets{}}; }
+    const LayoutFrame& frame() const { return frame_; }
     const StyleCache& style() const { return style_ ? *style_ : defaultStyle(); }
     // The value of the kind's own property at `slot` of its list: what was
     // bound, or the property's default when the element does not name it.
@@ -268,6 +294,8 @@ private:
     void leaveTree() noexcept;
     void readTransitions(const Value& element);
     void readLayout();
+    // The padding (or the border) Yoga laid out, sent where it changed.
+    void readInsets(bool borders);
     void bindStyleProperty(const Value& properties, const PropertyInfo& row);
     void queueLayoutValue(uint32_t propertyId, double value, const Transition* transition);
     void applyFrameSize(float value, float& cached, Property property);
@@ -276,25 +304,30 @@ private:
     // The tree drains the queues and records which nodes have views.
     friend class RenderTree;
 
-    const NodeKind* kind_;
+    // Where this node sits in the tree's pending list while `queued` is set
+    // (declared here to fill the room after `type`).
+    uint32_t pendingPlace_ = 0;
     RenderTree& tree_;
-    LayoutCache layout_;
+    LayoutFrame frame_;
+    // Most nodes have neither padding nor border: they hold no room for them.
+    std::unique_ptr<LayoutInsets> insets_;
     std::unique_ptr<StyleCache> style_;
-    bool visible_ = true;
-    bool hasView_ = false;
-    bool flattened_ = false;
+    // Flags as bits, so that they and the kind share one word with kindNamed_.
+    bool visible_ : 1 = true;
+    bool hasView_ : 1 = false;
+    bool flattened_ : 1 = false;
     // Only markPending sets it and only the tree's flush clears it (when it
     // takes the node off the list).
-    bool queued_ = false;
+    bool queued_ : 1 = false;
+    // Where the node's kind stands among nodeKinds().
+    uint8_t kindIndex_ = 0;
     // Bit i: the kind's i-th own property is named, and kept in kindValues_
     // (in slot order). Most elements name a few of their kind's properties.
     uint32_t kindNamed_ = 0;
     std::unique_ptr<Extras> extras_;
     std::unique_ptr<Queues> queues_;
     // As many as kindNamed_ has bits.
-    std::unique_ptr<Value[]> kindValues_;
-    // Where this node sits in the tree's pending list while `queued` is set.
-    std::list<ViewRenderNode*>::iterator pendingEntry_;
+    KindValues kindValues_;
 };
 
 }  // namespace Mero

@@ -159,10 +159,11 @@ void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots)
 {
     slots.type = node.type;
     const StyleCache& style = node.style();
+    const LayoutCache layout = node.layout();
     for (const CommonSlot& common : commonSlots()) {
         switch (common.source) {
         case CommonSlot::Source::Layout:
-            slots.floats[common.slot] = static_cast<float>(layoutValue(node.layout(), common.property));
+            slots.floats[common.slot] = static_cast<float>(layoutValue(layout, common.property));
             break;
         case CommonSlot::Source::StyleNumber: slots.floats[common.slot] = styleNumber(style, common.property); break;
         case CommonSlot::Source::StyleText:

@@ -62,7 +62,7 @@ TEST(RenderNodeQueue, NodesEnlistOnceAnEmptyOneNeverAndADestroyedOneLeavesThePen
     kept.queuePropertyUpdate(8, 1.0);
     kept.queuePropertyUpdate(9, 1.0);
     doomed.reset();
-    ASSERT_EQ(card.tree.pendingNodes(), std::list<ViewRenderNode*>{&kept});
+    ASSERT_EQ(card.tree.pendingNodes(), std::vector<ViewRenderNode*>{&kept});
     card.engine->flush();  // must not reach the destroyed node
     EXPECT_TRUE(card.tree.pendingNodes().empty());
 }
