@@ -15,7 +15,11 @@
 
 namespace Mero {
 
-RenderTree::RenderTree(EngineRef engine) : engine_(std::move(engine)) {}
+RenderTree::RenderTree(EngineRef engine) : engine_(std::move(engine)), yogaConfig_(YGConfigNew())
+{
+    // A configuration as Yoga's default one, but the tree's own.
+    YGConfigSetContext(yogaConfig_.get(), this);
+}
 
 RenderTree::~RenderTree()
 {

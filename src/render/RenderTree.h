@@ -9,8 +9,11 @@
 // changes, and only then hands the list to the host's views.
 #pragma once
 
+#include <yoga/Yoga.h>
+
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -63,6 +66,13 @@ public:
     ViewHost* viewHost() const { return host_; }
 
     const EngineRef& engine() const { return engine_; }
+    // The Yoga configuration of this tree's nodes. Its context is the tree:
+    // a node finds its tree through its Yoga node instead of holding it.
+    YGConfigRef yogaConfig() const { return yogaConfig_.get(); }
+    static RenderTree& of(YGNodeConstRef yogaNode)
+    {
+        return *static_cast<RenderTree*>(YGConfigGetContext(YGNodeGetConfig(const_cast<YGNodeRef>(yogaNode))));
+    }
     bool layoutApplied() const { return layoutApplied_; }
     void requestLayout() { needsLayout_ = true; }
     bool layoutRequested() const { return needsLayout_; }
@@ -94,8 +104,14 @@ private:
     void clearPending() noexcept;
     static void forgetViewsBelow(const ViewRenderNode& node);
 
+    struct FreeYogaConfig {
+        void operator()(YGConfigRef config) const noexcept { YGConfigFree(config); }
+    };
+
     EngineRef engine_;
     ViewHost* host_ = nullptr;
+    // Declared before the root, so that it outlives every node.
+    std::unique_ptr<YGConfig, FreeYogaConfig> yogaConfig_;
     RenderNodePtr root_;
     std::vector<ViewRenderNode*> pending_;  // not owned; null where a node went
     // Room the pending list keeps between flushes; more goes back.

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "render/RenderTree.h"
 #include "render/NodeBinding.h"
 
 namespace Mero {
@@ -39,7 +40,7 @@ void pageDirtied(YGNodeConstRef page)
 
 SwiperRenderNode::SwiperRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                    LocalScope localScope)
-    : ForRenderNode(element, parentNode, renderTree, std::move(localScope)), pageYogaNode(YGNodeNew())
+    : ForRenderNode(element, parentNode, renderTree, std::move(localScope)), pageYogaNode(YGNodeNewWithConfig(renderTree.yogaConfig()))
 {
     YGNodeSetContext(pageYogaNode, this);
     YGNodeSetMeasureFunc(pageYogaNode, measurePageArea);

@@ -81,13 +81,12 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
     : nodeId(scopedNodeId(element, localScope)),
       parent(parentNode),
       scope(std::move(localScope)),
-      yogaNode(YGNodeNew()),
+      yogaNode(YGNodeNewWithConfig(renderTree.yogaConfig())),
       type(truncateToUint32(memberOf(element, Property::Type).number())),
-      tree_(renderTree),
       kindIndex_(kindIndexOfCode(type))
 {
     YGNodeSetContext(yogaNode, this);
-    tree_.nodeMade();
+    tree().nodeMade();
     try {
         // Only what the element names is looked up.
         const NamedProperties found = namedProperties(element, kind());
@@ -124,7 +123,12 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
 
 const EngineRef& ViewRenderNode::engine() const
 {
-    return tree_.engine();
+    return tree().engine();
+}
+
+RenderTree& ViewRenderNode::tree() const
+{
+    return RenderTree::of(yogaNode);
 }
 
 ViewRenderNode::~ViewRenderNode()
@@ -135,11 +139,11 @@ ViewRenderNode::~ViewRenderNode()
 
 void ViewRenderNode::leaveTree() noexcept
 {
-    tree_.nodeGone();
+    tree().nodeGone();
     // A node that goes between two flushes must not stay on the pending list
     // (a whole tree may go at once, hence the stored position).
     if (queued_) {
-        tree_.delist(pendingPlace_);
+        tree().delist(pendingPlace_);
     }
 }
 
@@ -236,7 +240,7 @@ bool ViewRenderNode::markPending()
         return false;
     }
     if (!queued_) {
-        pendingPlace_ = tree_.enlist(this);
+        pendingPlace_ = tree().enlist(this);
         queued_ = true;
     }
     // A node without a view keeps nothing, since its view is made from its
@@ -284,7 +288,7 @@ void ViewRenderNode::setVisible(bool shown)
 void ViewRenderNode::requestLayout() const
 {
     if (!engine().expired()) {
-        tree_.requestLayout();
+        tree().requestLayout();
     }
 }
 
@@ -360,7 +364,7 @@ void ViewRenderNode::applyFrameSize(float value, float& cached, Property propert
     cached = value;
     // The render switch is the tree's "layout applied": before the card has
     // been laid out once, sizes only fill the cache its view is made from.
-    if (!tree_.layoutApplied()) {
+    if (!tree().layoutApplied()) {
         return;
     }
     queueLayoutValue(hostIdOf(property), value, hasView_ ? transitionFor(info(property).transitionKey) : nullptr);

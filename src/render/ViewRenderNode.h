@@ -242,7 +242,8 @@ protected:
     // layout.
     bool contentSizesNode() const;
 
-    RenderTree& tree() const { return tree_; }
+    // Found through the Yoga node's configuration (see RenderTree::of).
+    RenderTree& tree() const;
 
     // The properties every node has, in their binding order.
     void bindCommonProperties(const Value& element, uint64_t named);
@@ -307,7 +308,6 @@ private:
     // Where this node sits in the tree's pending list while `queued` is set
     // (declared here to fill the room after `type`).
     uint32_t pendingPlace_ = 0;
-    RenderTree& tree_;
     LayoutFrame frame_;
     // Most nodes have neither padding nor border: they hold no room for them.
     std::unique_ptr<LayoutInsets> insets_;
