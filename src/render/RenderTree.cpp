@@ -114,7 +114,15 @@ HostNodeList hostChildrenOf(const ViewRenderNode& node)
 {
     HostNodeList shown;
     if (node.isContainer()) {
-        for (const RenderNodePtr& child : static_cast<const ContainerRenderNode&>(node).children) {
+        const auto& children = static_cast<const ContainerRenderNode&>(node).children;
+        shown.reserve(children.size());
+        for (const RenderNodePtr& child : children) {
+            // Most children stand for themselves; only a flattened one hands
+            // up a list of its own.
+            if (child->visible() && !child->flattened()) {
+                shown.push_back(child.get());
+                continue;
+            }
             for (ViewRenderNode* view : child->collectHostNodes().value_or(HostNodeList())) {
                 shown.push_back(view);
             }

@@ -143,7 +143,7 @@ void ViewSlots::put(uint32_t propertyId, const Value& value)
         break;
     case 2:
         if (slot < kStrings) {
-            strings.set(slot, slotText(value));
+            strings.set(slot, value.is(Kind::String) ? std::string_view(value.string()) : slotText(value));
         }
         break;
     case 3:

@@ -8,6 +8,7 @@
 // testable on their own.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -47,11 +48,17 @@ public:
     // unused: a slot is written about once).
     void set(std::size_t slot, std::string_view text)
     {
+        if (text_.size() + text.size() > text_.capacity()) {
+            // Room for a view's usual texts at once, rather than growing by
+            // doubling from the few bytes a string holds inline.
+            text_.reserve(std::max(kFirstRoom, 2 * (text_.size() + text.size())));
+        }
         spans_[slot] = {static_cast<uint32_t>(text_.size()), static_cast<uint32_t>(text.size())};
         text_.append(text);
     }
 
 private:
+    static constexpr std::size_t kFirstRoom = 120;
     struct Span {
         uint32_t offset = 0;
         uint32_t length = 0;
