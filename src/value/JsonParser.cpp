@@ -172,6 +172,19 @@ const char* pastWhitespace(const char* p, const char* end)
     return p;
 }
 
+// A key's bit among a frame's keyBits: from its length and its first and
+// last bytes, where the keys of one object mostly differ.
+uint64_t keyBit(std::string_view key)
+{
+    if (key.empty()) {
+        return 1;
+    }
+    const auto first = static_cast<unsigned char>(key.front());
+    const auto last = static_cast<unsigned char>(key.back());
+    return uint64_t{1} << ((key.size() * 7 + first * 3 + last) & 63);
+}
+constexpr uint64_t kAllKeys = ~uint64_t{0};
+
 constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                         1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
@@ -327,7 +340,8 @@ void JsonParser::parse(const char* begin, const char* end)
     if (peek() != Token::ObjectOpen) {
         report("Syntax error: '{' expected.");
     }
-    stack_.push_back({&root_.object(), nullptr, rootKeys_ != nullptr ? Members::KeptIfNamed : Members::Kept});
+    stack_.push_back({&root_.object(), nullptr, rootKeys_ != nullptr ? Members::KeptIfNamed : Members::Kept,
+                      root_.object().empty() ? 0 : kAllKeys});
     step();
 
     while (cursor_ != end_) {
@@ -364,7 +378,7 @@ void JsonParser::parse(const char* begin, const char* end)
 
 // Reads one member of an object (key, colon, value) or one element of an
 // array into `top`. False when the parse must stop.
-bool JsonParser::readMember(const Frame& top, Token token)
+bool JsonParser::readMember(Frame& top, Token token)
 {
     std::string_view key;
     const char* start = cursor_;
@@ -391,7 +405,7 @@ bool JsonParser::readMember(const Frame& top, Token token)
 }
 
 // A member of the root when only some are kept; it began at `start`.
-bool JsonParser::readRootMember(const Frame& top, std::string_view key, Token token, const char* start)
+bool JsonParser::readRootMember(Frame& top, std::string_view key, Token token, const char* start)
 {
     const bool kept = rootKeys_->contains(key);
     rootMembers_.push_back({std::string(key), static_cast<size_t>(start - begin_), kept});
@@ -522,7 +536,7 @@ bool JsonParser::skipStrictContainer()
 // same, with the same reports, and dropped: a container opens a frame that
 // keeps nothing, unless it can be skipped whole.
 template <bool Keep>
-bool JsonParser::readValue(const Frame& top, std::string_view key, Token token)
+bool JsonParser::readValue(Frame& top, std::string_view key, Token token)
 {
     if constexpr (!Keep) {
         if ((token == Token::ObjectOpen || token == Token::ArrayOpen) && skipStrictContainer()) {
@@ -585,15 +599,20 @@ bool JsonParser::readValue(const Frame& top, std::string_view key, Token token)
 // Stores a value made from `args` in `top`: appended to an array, inserted
 // into an object unless the key is there already (the first value stays).
 template <typename... Args>
-Value& JsonParser::store(const Frame& top, std::string_view key, Args&&... args)
+Value& JsonParser::store(Frame& top, std::string_view key, Args&&... args)
 {
     if (top.object != nullptr) {
+        const uint64_t bit = keyBit(key);
+        if ((top.keyBits & bit) == 0) {
+            top.keyBits |= bit;
+            return top.object->emplaceAbsent(key, std::forward<Args>(args)...)->second;
+        }
         return top.object->try_emplace(key, std::forward<Args>(args)...).first->second;
     }
     return top.array->emplace_back(std::forward<Args>(args)...);
 }
 
-void JsonParser::open(const Frame& top, std::string_view key, Kind kind)
+void JsonParser::open(Frame& top, std::string_view key, Kind kind)
 {
     Value& stored = store(top, key, kind);
     // Under a duplicate key, a container is read into the first value when
@@ -608,7 +627,7 @@ void JsonParser::open(const Frame& top, std::string_view key, Kind kind)
     if (kind == Kind::Object) {
         ValueObject& object = target.object();
         object.reserve(object.size() + objectHint);
-        stack_.push_back({&object, nullptr});
+        stack_.push_back({&object, nullptr, Members::Kept, object.empty() ? 0 : kAllKeys});
     } else {
         ValueArray& array = target.array();
         array.reserve(array.size() + arrayHint);

@@ -95,17 +95,21 @@ private:
         ValueObject* object;
         ValueArray* array;
         Members members = Members::Kept;
+        // One bit per key stored in `object` (keyBit): a key whose bit is
+        // clear is certainly not there yet, and goes in without a search.
+        // All set when the object had members before the frame opened.
+        uint64_t keyBits = 0;
     };
 
     Token peek();
     void step();
-    bool readMember(const Frame& top, Token token);
-    bool readRootMember(const Frame& top, std::string_view key, Token token, const char* start);
+    bool readMember(Frame& top, Token token);
+    bool readRootMember(Frame& top, std::string_view key, Token token, const char* start);
     template <bool Keep>
-    bool readValue(const Frame& top, std::string_view key, Token token);
+    bool readValue(Frame& top, std::string_view key, Token token);
     template <typename... Args>
-    Value& store(const Frame& top, std::string_view key, Args&&... args);
-    void open(const Frame& top, std::string_view key, Kind kind);
+    Value& store(Frame& top, std::string_view key, Args&&... args);
+    void open(Frame& top, std::string_view key, Kind kind);
     std::string_view readString(std::string& buffer);
     std::string_view readEscapedString(const char* start, std::string& buffer);
     void readUnicodeEscape(std::string& buffer);

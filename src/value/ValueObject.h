@@ -111,11 +111,17 @@ public:
     template <ObjectKey Key, typename... Args>
     std::pair<iterator, bool> try_emplace(Key&& key, Args&&... args)
     {
-        const std::string_view view(key);
-        const size_type found = position(view);
+        const size_type found = position(std::string_view(key));
         if (found != size_) {
             return {members_ + found, false};
         }
+        return {emplaceAbsent(std::forward<Key>(key), std::forward<Args>(args)...), true};
+    }
+    // Appends a member under a key the caller knows is not there: a reader
+    // that has seen every key of the object can spare the search.
+    template <ObjectKey Key, typename... Args>
+    iterator emplaceAbsent(Key&& key, Args&&... args)
+    {
         if (size_ == capacity_) {
             grow(2 * size_t{capacity_});
         }
@@ -125,7 +131,7 @@ public:
         if (size_ > kIndexedSize) {
             indexLast();
         }
-        return {end() - 1, true};
+        return end() - 1;
     }
     template <ObjectKey Key, typename... Args>
     std::pair<iterator, bool> emplace(Key&& key, Args&&... args)
