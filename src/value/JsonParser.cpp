@@ -736,6 +736,22 @@ void JsonParser::readUnicodeEscape(std::string& buffer)
 // value is that of the longest number at its start ("1.2.3" reads as 1.2).
 double JsonParser::readNumber()
 {
+    // Most numbers are short whole numbers: they are read as they are
+    // scanned. Fifteen digits always convert exactly.
+    constexpr std::ptrdiff_t kExactDigits = 15;
+    const char* digits = cursor_ + (*cursor_ == '-' ? 1 : 0);
+    const char* p = digits;
+    uint64_t whole = 0;
+    for (; p < end_ && isDigit(*p) && p - digits < kExactDigits + 1; ++p) {
+        whole = whole * 10 + static_cast<uint64_t>(*p - '0');
+    }
+    const bool ended = p == end_ || (!isDigit(*p) && *p != '.' && *p != 'e' && *p != 'E');
+    if (p > digits && p - digits <= kExactDigits && ended) {
+        const double number = static_cast<double>(whole);
+        const bool negative = *cursor_ == '-';
+        cursor_ = p;
+        return negative ? -number : number;
+    }
     const char* start = cursor_++;
     while (cursor_ < end_ && (isDigit(*cursor_) || *cursor_ == '.')) {
         ++cursor_;
