@@ -108,33 +108,54 @@ void BM_MemoryTimerForAnHour(benchmark::State& state)
 }
 BENCHMARK(BM_MemoryTimerForAnHour)->Iterations(1)->Unit(benchmark::kMillisecond);
 
-// What a live card holds, per render node: twenty cards of the feed at once,
-// shown and their views' description gone, everything the instance keeps
-// counted (template, script, render tree, Yoga nodes). One card made and
-// dropped first leaves the allocator's recycled blocks as a live process has them.
+// What a live card holds: twenty cards of the feed at once, shown and their
+// views' description gone, everything the instance keeps counted (template,
+// script, render tree, Yoga nodes). One card made and dropped first leaves
+// the allocator's recycled blocks as a live process has them.
+double liveCardBytes(int rows)
+{
+    const std::string templateText = cardTemplate(rows);
+    constexpr int kCards = 20;
+    {
+        Mero::MeroInstance warmUp;
+        showCard(warmUp, templateText, "{}");
+    }
+    const std::size_t before = heapInUse();
+    std::vector<std::unique_ptr<Mero::MeroInstance>> cards;
+    for (int i = 0; i < kCards; ++i) {
+        cards.push_back(std::make_unique<Mero::MeroInstance>());
+        showCard(*cards.back(), templateText, "{}");
+    }
+    return static_cast<double>(heapInUse() - before) / kCards;
+}
+
 void BM_MemoryLiveCardPerNode(benchmark::State& state)
 {
     Mero::debugMode = false;
     const int rows = rowsFor(state.range(0));
-    const std::string templateText = cardTemplate(rows);
-    constexpr int kCards = 20;
     for (auto _ : state) {
-        {
-            Mero::MeroInstance warmUp;
-            showCard(warmUp, templateText, "{}");
-        }
-        const std::size_t before = heapInUse();
-        std::vector<std::unique_ptr<Mero::MeroInstance>> cards;
-        for (int i = 0; i < kCards; ++i) {
-            cards.push_back(std::make_unique<Mero::MeroInstance>());
-            showCard(*cards.back(), templateText, "{}");
-        }
-        const double perCard = static_cast<double>(heapInUse() - before) / kCards;
+        const double perCard = liveCardBytes(rows);
         state.counters["KB_per_card"] = perCard / 1024.0;
         state.counters["bytes_per_node"] = perCard / (1 + nodesPerRow * rows);
     }
 }
 BENCHMARK(BM_MemoryLiveCardPerNode)->Arg(21)->Arg(101)->Arg(501)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+// What one more render node costs a live card, apart from what every card
+// costs whatever its size: the difference between cards of 101 and of 501
+// nodes, and what a card would cost with no node at all.
+void BM_MemoryPerAddedNode(benchmark::State& state)
+{
+    Mero::debugMode = false;
+    for (auto _ : state) {
+        const double small = liveCardBytes(rowsFor(101));
+        const double large = liveCardBytes(rowsFor(501));
+        const double perNode = (large - small) / (nodesPerRow * (rowsFor(501) - rowsFor(101)));
+        state.counters["bytes_per_added_node"] = perNode;
+        state.counters["bytes_per_card_besides"] = small - perNode * (1 + nodesPerRow * rowsFor(101));
+    }
+}
+BENCHMARK(BM_MemoryPerAddedNode)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 // 1,000 app-install cards with the feed's data, all alive at once.
 void BM_MemoryThousandCards(benchmark::State& state)
