@@ -41,7 +41,7 @@ FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parent
         if (row.input != PropertyInput::YogaEnum) {
             continue;
         }
-        bindNumber(element, row.key, row.numberDefault, [this, property](double number, bool initial) {
+        bindNumber(NodeBinding::propertyOf(element, row.key), row.numberDefault, [this, property](double number, bool initial) {
             setFlexValue(yogaNode, property, truncateToInt32(number));
             if (!initial) {
                 requestLayout();

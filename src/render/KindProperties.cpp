@@ -98,8 +98,9 @@ void ViewRenderNode::bindKindProperties(const Value& element)
         }
         const PropertyInfo& row = info(properties[i]);
         Value& slot = kindValues_[stored++];
+        const Value* member = NodeBinding::propertyOf(element, row.key);
         if (row.input == PropertyInput::Literal) {
-            slot = *NodeBinding::propertyOf(element, row.key);  // kept as the template gives it
+            slot = *member;  // kept as the template gives it
             continue;
         }
         std::optional<Transition> transition;
@@ -124,16 +125,16 @@ void ViewRenderNode::bindKindProperties(const Value& element)
             }
         };
         switch (row.input) {
-        case PropertyInput::Text: bindValue(element, row.key, Value(row.textDefault), store); break;
+        case PropertyInput::Text: bindValue(member, Value(row.textDefault), store); break;
         case PropertyInput::Number:
-            bindNumber(element, row.key, row.numberDefault,
+            bindNumber(member, row.numberDefault,
                        [store](double number, bool initial) mutable { store(number, initial); });
             break;
         case PropertyInput::Bool:
-            bindBool(element, row.key, false, [store](bool flag, bool initial) mutable { store(flag, initial); });
+            bindBool(member, false, [store](bool flag, bool initial) mutable { store(flag, initial); });
             break;
         default:
-            bindSize(element, row.key, [store](double number, bool initial) mutable { store(number, initial); });
+            bindSize(member, [store](double number, bool initial) mutable { store(number, initial); });
             break;
         }
     }

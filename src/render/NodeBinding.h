@@ -37,6 +37,12 @@ inline const Value* propertyOf(const Value& element, std::string_view key)
     return &found->second;
 }
 
+// The member itself, or null when there is none or it is null.
+inline const Value* present(const Value* member)
+{
+    return member != nullptr && !member->isNull() ? member : nullptr;
+}
+
 // Numbers, strings and booleans are constant expressions of themselves.
 inline bool isScalar(const Value& node)
 {
@@ -117,9 +123,9 @@ inline void ViewRenderNode::keepBinding(ObserverPtr observer)
 }
 
 template <typename Apply>
-void ViewRenderNode::bindBool(const Value& element, std::string_view key, bool fallback, Apply apply)
+void ViewRenderNode::bindBool(const Value* member, bool fallback, Apply apply)
 {
-    const Value* property = NodeBinding::propertyOf(element, key);
+    const Value* property = NodeBinding::present(member);
     if (property == nullptr || engine().expired()) {
         apply(fallback, true);
         return;
@@ -134,9 +140,9 @@ void ViewRenderNode::bindBool(const Value& element, std::string_view key, bool f
 }
 
 template <typename Apply>
-void ViewRenderNode::bindNumber(const Value& element, std::string_view key, double fallback, Apply apply)
+void ViewRenderNode::bindNumber(const Value* member, double fallback, Apply apply)
 {
-    const Value* property = NodeBinding::propertyOf(element, key);
+    const Value* property = NodeBinding::present(member);
     if (property == nullptr || engine().expired()) {
         apply(fallback, true);
         return;
@@ -151,9 +157,9 @@ void ViewRenderNode::bindNumber(const Value& element, std::string_view key, doub
 }
 
 template <typename Apply>
-void ViewRenderNode::bindValue(const Value& element, std::string_view key, const Value& fallback, Apply apply)
+void ViewRenderNode::bindValue(const Value* member, const Value& fallback, Apply apply)
 {
-    const Value* property = NodeBinding::propertyOf(element, key);
+    const Value* property = NodeBinding::present(member);
     if (property == nullptr || engine().expired()) {
         apply(fallback, true);
         return;
@@ -168,11 +174,11 @@ void ViewRenderNode::bindValue(const Value& element, std::string_view key, const
 }
 
 template <typename Apply>
-void ViewRenderNode::bindSize(const Value& element, std::string_view key, Apply apply)
+void ViewRenderNode::bindSize(const Value* member, Apply apply)
 {
     constexpr double base = 0.0;
     constexpr double fallback = 0.0;
-    const Value* property = NodeBinding::propertyOf(element, key);
+    const Value* property = NodeBinding::present(member);
     if (property == nullptr) {
         apply(fallback, true);
         return;
@@ -198,11 +204,11 @@ void ViewRenderNode::bindSize(const Value& element, std::string_view key, Apply 
 }
 
 template <typename Apply>
-void ViewRenderNode::bindYogaSize(const Value& element, std::string_view key, Apply apply)
+void ViewRenderNode::bindYogaSize(const Value* member, Apply apply)
 {
     // Undefined calls no Yoga setter, so a missing size is simply skipped.
     constexpr YGValue fallback{YGUndefined, YGUnitUndefined};
-    const Value* property = NodeBinding::propertyOf(element, key);
+    const Value* property = NodeBinding::present(member);
     if (property == nullptr) {
         return;
     }

@@ -1,6 +1,7 @@
 #include "render/NodeKinds.h"
 
 #include <algorithm>
+#include <bit>
 #include <array>
 #include <string>
 #include <cstdint>
@@ -117,7 +118,10 @@ NamedProperties namedProperties(const Value& element, const NodeKind& kind)
         if (!property) {
             continue;
         }
-        named.common |= commonBit(*property);
+        if (const uint64_t bit = commonBit(*property); bit != 0) {
+            named.common |= bit;
+            named.commonMembers[static_cast<std::size_t>(std::countr_zero(bit))] = &value;
+        }
         if (!value.isNull() && isHostValue(info(*property).input)) {
             if (const int slot = kindSlotOf(kind, *property); slot >= 0) {
                 named.own |= uint32_t{1} << slot;

@@ -5,6 +5,7 @@
 // checker all read them here.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -50,6 +51,9 @@ std::span<const Property> commonProperties();
 struct NamedProperties {
     uint64_t common = 0;
     uint32_t own = 0;
+    // The member of each common property named, by its bit's number: what
+    // binding it reads, without looking the key up again.
+    std::array<const Value*, 64> commonMembers{};
 };
 NamedProperties namedProperties(const Value& element, const NodeKind& kind);
 uint64_t commonBit(Property property);

@@ -185,9 +185,9 @@ Gradient readGradient(const Value& element)
 
 }  // namespace
 
-void ViewRenderNode::bindCommonProperties(const Value& element, uint64_t named)
+void ViewRenderNode::bindCommonProperties(const Value& element, const NamedProperties& found)
 {
-    static const Value unnamed;
+    const uint64_t named = found.common;
     const std::span<const Property> common = commonProperties();
     // Visibility and the Yoga numbers are set whether named or not; every
     // other common property is bound only when the element names it (an
@@ -205,15 +205,15 @@ void ViewRenderNode::bindCommonProperties(const Value& element, uint64_t named)
     for (uint64_t bound = named | boundUnnamed; bound != 0; bound &= bound - 1) {
         const auto i = static_cast<std::size_t>(std::countr_zero(bound));
         const PropertyInfo& row = info(common[i]);
-        const Value& properties = (named & (uint64_t{1} << i)) != 0 ? element : unnamed;
+        const Value* member = (named & (uint64_t{1} << i)) != 0 ? found.commonMembers[i] : nullptr;
         switch (row.input) {
         case PropertyInput::Visibility:
-            bindBool(properties, row.key, true, [this](bool shown, bool) { setVisible(shown); });
+            bindBool(member, true, [this](bool shown, bool) { setVisible(shown); });
             break;
         case PropertyInput::YogaSize:
         case PropertyInput::YogaLength:
         case PropertyInput::YogaPoints:
-            bindYogaSize(properties, row.key, [this, effect = yogaEffect(row.property)](YGValue size, bool initial) {
+            bindYogaSize(member, [this, effect = yogaEffect(row.property)](YGValue size, bool initial) {
                 applySize(effect, yogaNode, size);
                 if (!initial) {
                     requestLayout();
@@ -225,7 +225,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element, uint64_t named)
                 // Called once, unconditionally, at this point of the order.
                 YGNodeStyleSetFlexBasisAuto(yogaNode);
             }
-            bindNumber(properties, row.key, 0.0, [this, set = yogaEffect(row.property).number](double number, bool initial) {
+            bindNumber(member, 0.0, [this, set = yogaEffect(row.property).number](double number, bool initial) {
                 set(yogaNode, number);
                 if (!initial) {
                     requestLayout();
@@ -235,7 +235,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element, uint64_t named)
         case PropertyInput::Size:
         case PropertyInput::Number:
         case PropertyInput::Text:
-            bindStyleProperty(properties, row);
+            bindStyleProperty(member, row);
             break;
         default: break;  // read once by the constructor, or laid out
         }
@@ -290,7 +290,7 @@ void ViewRenderNode::storeStyle(Field field, const Set& value)
     }
 }
 
-void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyInfo& row)
+void ViewRenderNode::bindStyleProperty(const Value* member, const PropertyInfo& row)
 {
     // The plain-or-animated choice is made once, here.
     std::optional<Transition> transition;
@@ -309,7 +309,7 @@ void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyIn
     };
     // The first value is only cached: the host view is made from it.
     if (row.input == PropertyInput::Text) {
-        bindValue(properties, row.key, Value(row.textDefault),
+        bindValue(member, Value(row.textDefault),
                   [this, field = textField(row.property), queue](Value colour, bool initial) {
                       // Kept as the text a new view would be given, so that a
                       // colour bound to a number shows alike either way.
@@ -327,9 +327,9 @@ void ViewRenderNode::bindStyleProperty(const Value& properties, const PropertyIn
         }
     };
     if (row.input == PropertyInput::Size) {
-        bindSize(properties, row.key, store);
+        bindSize(member, store);
     } else {
-        bindNumber(properties, row.key, row.numberDefault, store);
+        bindNumber(member, row.numberDefault, store);
     }
 }
 

@@ -113,7 +113,7 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
         if (names(Property::Transition)) {
             readTransitions(element);
         }
-        bindCommonProperties(element, named);
+        bindCommonProperties(element, found);
     } catch (...) {
         // No destructor runs for a node whose constructor throws.
         leaveTree();

@@ -213,26 +213,28 @@ public:
     bool queued() const { return queued_; }
 
 protected:
-    // Binders. Each reads element[key] and calls apply(converted, initial):
-    // once now with initial = true, then with initial = false after every
-    // change of a UI variable the expression reads, for as long as this node
-    // lives (the node keeps the binding's callback: it goes with the node).
-    // A missing or null member, or a gone engine, gives `fallback` once. Constant expressions are evaluated in place and
-    // bind nothing. Defined in render/NodeBinding.h.
+    // Binders. Each takes the element's member for a property (null when
+    // the element has none; NodeBinding::propertyOf finds it) and calls
+    // apply(converted, initial): once now with initial = true, then with
+    // initial = false after every change of a UI variable the expression
+    // reads, for as long as this node lives (the node keeps the binding's
+    // callback: it goes with the node). A missing or null member, or a gone
+    // engine, gives `fallback` once. Constant expressions are evaluated in
+    // place and bind nothing. Defined in render/NodeBinding.h.
     template <typename Apply>
-    void bindBool(const Value& element, std::string_view key, bool fallback, Apply apply);
+    void bindBool(const Value* member, bool fallback, Apply apply);
     template <typename Apply>
-    void bindNumber(const Value& element, std::string_view key, double fallback, Apply apply);
+    void bindNumber(const Value* member, double fallback, Apply apply);
     // A constant of another kind than `fallback` gives `fallback`; a dynamic
     // expression's results pass unchanged.
     template <typename Apply>
-    void bindValue(const Value& element, std::string_view key, const Value& fallback, Apply apply);
+    void bindValue(const Value* member, const Value& fallback, Apply apply);
     // A size as a number (corner radii, font sizes), base and fallback 0.
     template <typename Apply>
-    void bindSize(const Value& element, std::string_view key, Apply apply);
+    void bindSize(const Value* member, Apply apply);
     // A size as a Yoga value; a missing member calls nothing.
     template <typename Apply>
-    void bindYogaSize(const Value& element, std::string_view key, Apply apply);
+    void bindYogaSize(const Value* member, Apply apply);
 
     // A bound change that affects layout: the next flush lays out again.
     void requestLayout() const;
@@ -246,7 +248,7 @@ protected:
     RenderTree& tree() const;
 
     // The properties every node has, in their binding order.
-    void bindCommonProperties(const Value& element, uint64_t named);
+    void bindCommonProperties(const Value& element, const NamedProperties& found);
     // The kind's own host properties the element names, kept in
     // kindValues_: constants are stored once (the host view is made from
     // them); a bound value stores each change and sends it under the
@@ -297,7 +299,7 @@ private:
     void readLayout();
     // The padding (or the border) Yoga laid out, sent where it changed.
     void readInsets(bool borders);
-    void bindStyleProperty(const Value& properties, const PropertyInfo& row);
+    void bindStyleProperty(const Value* member, const PropertyInfo& row);
     void queueLayoutValue(uint32_t propertyId, double value, const Transition* transition);
     void applyFrameSize(float value, float& cached, Property property);
     void applyOrigin(double value, double& cached, Property property);
