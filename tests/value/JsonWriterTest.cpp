@@ -34,8 +34,9 @@ TEST(JsonWriter, Scalars)
     EXPECT_EQ(toJsonString(callback()), "");
 }
 
-TEST(JsonWriter, StringsEscapeQuotesBackslashesAndControlCharacters)
+TEST(JsonWriter, StringsAndKeysEscapeQuotesBackslashesAndControlCharacters)
 {
+    EXPECT_EQ(toJsonString(Value::makeObject({{"a\"b", 1}, {"line\n", 2}})), R"({"a\"b":1,"line\n":2})");
     EXPECT_EQ(toJsonString(Value("a\"b\\c")), R"("a\"b\\c")");
     EXPECT_EQ(toJsonString(Value("\b\f\n\r\t")), R"("\b\f\n\r\t")");
     EXPECT_EQ(toJsonString(Value(std::string("\0\x01\x1f", 3))), R"("\u0000\u0001\u001f")");
@@ -51,33 +52,20 @@ TEST(JsonWriter, NumbersAreFixedNotationAndNonFiniteOnesNull)
     EXPECT_EQ(toJsonString(Value::makeArray({std::nan(""), INFINITY, -INFINITY})), "[null,null,null]");
 }
 
-TEST(JsonWriter, NullsInContainersAreSkippedWithoutAComma)
+TEST(JsonWriter, NullsInContainersAreSkippedWithoutACommaButCallbacksKeepTheirPlace)
 {
     EXPECT_EQ(toJsonString(Value::makeArray({Value(), 1})), "[1]");
     EXPECT_EQ(toJsonString(Value::makeArray({1, Value(), Value(), 2, Value()})), "[1,2]");
     EXPECT_EQ(toJsonString(Value::makeObject({{"k", Value()}})), "{}");
     EXPECT_EQ(toJsonString(Value::makeObject({{"k", Value()}, {"j", 3}})), R"({"j":3})");
-}
-
-TEST(JsonWriter, CallbacksInContainersWriteNothingButKeepTheirPlace)
-{
+    // A callback writes nothing but keeps its place.
     EXPECT_EQ(toJsonString(Value::makeArray({callback(), 1})), "[,1]");
 }
 
-TEST(JsonWriter, KeysAreEscapedLikeStrings)
-{
-    EXPECT_EQ(toJsonString(Value::makeObject({{"a\"b", 1}, {"line\n", 2}})), R"({"a\"b":1,"line\n":2})");
-}
-
-TEST(JsonWriter, NestedContainersWithoutWhitespace)
-{
-    Value value = Value::makeObject({{"list", Value::makeArray({1, Value::makeArray(), Value::makeObject()})}});
-    EXPECT_EQ(toJsonString(value), R"({"list":[1,[],{}]})");
-}
-
+// Nested containers, empty ones too, are written without whitespace.
 TEST(JsonWriter, RoundTripsWhatTheReaderReadsInItsMemberOrder)
 {
-    const char* text = R"({"z":[1,2.5,"x",true,false,{"y":{"c":[],"b":1}}],"a":"\u0001\n"})";
+    const char* text = R"({"z":[1,2.5,"x",true,false,{"y":{"c":[],"b":1}},[],{}],"a":"\u0001\n"})";
     EXPECT_EQ(toJsonString(JsonParser::read(text)), text);
 }
 
