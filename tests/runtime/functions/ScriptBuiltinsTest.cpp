@@ -46,16 +46,6 @@ TEST(ScriptBuiltins, pushAndJsonSetChangeTheEnginesOwnVariablesAndDataInPlace)
     EXPECT_EQ(canonicalJson(Value(card.engine->data)), R"({"title":"new"})");
 }
 
-TEST(ScriptBuiltins, aHandlerMayRemoveItsOwnEventWhileItRuns)
-{
-    TemplateHarness card(R"({"events": [{"n": "once", "a": [], "b": [
-        {"$": 5, "n": "B", "a": ["once"]}, {"$": 4, "n": "ran", "value": true}]}]})");
-    DebugModeScope quiet(false);
-    card.send("once");
-    EXPECT_TRUE(card.ui("ran").boolean());
-    EXPECT_FALSE(card.engine->eventTable().contains("once"));
-}
-
 TEST(ScriptBuiltins, aMisuseInsideAHandlerIsThrownOutOfTheDispatch)
 {
     TemplateHarness card(R"({"events": [{"n": "bad", "a": [], "b": [{"$": 5, "n": "e", "a": ["a,b", ", "]}]}]})");
