@@ -52,13 +52,6 @@ TEST(VariableReads, EachCodeReadsItsOwnTableWithoutFallback)
     EXPECT_EQ(canonicalJson(card.eval(R"({"$": 5, "n": "9", "a": [[1], [2]]})")), "[1,2]");
 }
 
-TEST(VariableReads, RootIsTheLiveDataObject)
-{
-    TemplateHarness card;
-    card.setData(R"({"a": 1})");
-    EXPECT_EQ(card.eval(R"({"$": 19, "n": "$root"})").objectPtr(), card.engine->data);
-}
-
 // A call works on a copy, taken at call time, of the scope the callback was
 // made in; the callback outlives that scope and its own node.
 TEST(Callbacks, BindParametersInACopyOfTheDefiningScopeTakenAtCallTime)

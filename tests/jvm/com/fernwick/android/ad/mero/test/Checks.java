@@ -49,10 +49,6 @@ final class Checks {
         return "no error";
     }
 
-    static void fail(String what) {
-        failures.add(current + ": " + what);
-    }
-
     /** Prints the failures and the count, and exits 1 when any case failed. */
     static void finish() {
         for (String failure : failures) {
