@@ -78,7 +78,9 @@ void RenderTree::applyLayout()
         YGNodeCalculateLayout(root_->yogaNode, runtime->containerWidth, runtime->containerHeight, YGDirectionLTR);
         // Also before the host's views exist: reading the results fills the
         // layout caches each view is made from. What the nodes queue on the
-        // way is dropped when their views are made.
+        // way is dropped when their views are made. Most nodes enlist on the
+        // way (all that the layout moves): room for all of them at once.
+        pending_.reserve(pending_.size() + nodeCount_);
         root_->applyLayout();
     }
     layoutApplied_ = true;
