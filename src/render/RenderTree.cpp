@@ -187,6 +187,11 @@ void RenderTree::viewsRefused(const std::vector<const ViewRenderNode*>& refused)
 
 uint32_t RenderTree::enlist(ViewRenderNode* node)
 {
+    // A host may build a card anew many times between flushes: the places
+    // its old nodes left are taken back once they are most of the list.
+    if (!flushing_ && vacant_ > kKeptPendingRoom && vacant_ > pending_.size() / 2) {
+        compactPending();
+    }
     pending_.push_back(node);
     return static_cast<uint32_t>(pending_.size() - 1);
 }
@@ -199,9 +204,23 @@ std::vector<ViewRenderNode*> RenderTree::pendingNodes() const
     return listed;
 }
 
+void RenderTree::compactPending() noexcept
+{
+    std::size_t kept = 0;
+    for (ViewRenderNode* node : pending_) {
+        if (node != nullptr) {
+            node->pendingPlace_ = static_cast<uint32_t>(kept);
+            pending_[kept++] = node;
+        }
+    }
+    pending_.resize(kept);
+    vacant_ = 0;
+}
+
 void RenderTree::clearPending() noexcept
 {
     pending_.clear();
+    vacant_ = 0;
     // A first layout lists every node; a live card should not keep that room.
     if (pending_.capacity() > kKeptPendingRoom) {
         pending_.shrink_to_fit();
@@ -225,6 +244,12 @@ void RenderTree::flush()
     }
     ChangeList changes;
     // By place, not by iterator: collecting changes may enlist more nodes.
+    // (A report in debug mode may throw out of it.)
+    struct Walking {
+        bool& flushing;
+        explicit Walking(bool& flag) : flushing(flag) { flushing = true; }
+        ~Walking() { flushing = false; }
+    } walking(flushing_);
     for (std::size_t place = 0; place < pending_.size(); ++place) {
         ViewRenderNode* node = pending_[place];
         if (node != nullptr) {

@@ -79,11 +79,18 @@ public:
     // The nodes on the pending list, in the order they were enlisted.
     std::vector<ViewRenderNode*> pendingNodes() const;
 
+    // How many places the pending list takes, empty ones included.
+    std::size_t pendingPlaces() const { return pending_.size(); }
+
     // Node bookkeeping, for the nodes themselves. enlist answers the node's
     // place on the list; a node that goes before the flush leaves an empty
     // place behind (a whole tree may go at once).
     uint32_t enlist(ViewRenderNode* node);
-    void delist(uint32_t place) { pending_[place] = nullptr; }
+    void delist(uint32_t place)
+    {
+        pending_[place] = nullptr;
+        ++vacant_;
+    }
     void nodeMade() { ++nodeCount_; }
     void nodeGone() { --nodeCount_; }
     std::size_t nodeCount() const { return nodeCount_; }
@@ -102,6 +109,9 @@ private:
     void collectChanges(ViewRenderNode& node, ChangeList& changes);
     // Empties the pending list once its nodes are taken off.
     void clearPending() noexcept;
+    // Closes up the empty places, keeping the order, and tells each node
+    // its new place.
+    void compactPending() noexcept;
     static void forgetViewsBelow(const ViewRenderNode& node);
 
     struct FreeYogaConfig {
@@ -116,6 +126,10 @@ private:
     std::vector<ViewRenderNode*> pending_;  // not owned; null where a node went
     // Room the pending list keeps between flushes; more goes back.
     static constexpr std::size_t kKeptPendingRoom = 64;
+    // Places left empty since the list was last emptied or closed up.
+    std::size_t vacant_ = 0;
+    // The flush walks the list by place: nothing may move meanwhile.
+    bool flushing_ = false;
     std::size_t nodeCount_ = 0;
     bool needsLayout_ = false;
     bool layoutApplied_ = false;

@@ -78,3 +78,24 @@ TEST(EngineFlush, AGoneEngineLeavesBindingsQuiet)
     root.applyLayout();
     EXPECT_TRUE(root.propertyUpdates().empty());
 }
+
+TEST(EngineFlush, ACardBuiltAnewWithoutAFlushKeepsThePendingListToItsLiveNodes)
+{
+    // Every layout enlists the nodes it lays out; the nodes of the tree
+    // before leave their places empty, and those are taken back.
+    RenderCard card(R"({"elements": {"$": 3, "nodeId": "root", "children": [
+        {"$": 0, "nodeId": "a", "width": {"sizeType": 1, "value": 10}, "height": {"sizeType": 1, "value": 10}},
+        {"$": 0, "nodeId": "b", "width": {"sizeType": 1, "value": 10}, "height": {"sizeType": 1, "value": 10}}]}})");
+    for (int i = 0; i < 200; ++i) {
+        card.build();
+        card.layout();
+    }
+    ASSERT_EQ(card.tree.pendingNodes(),
+              (std::vector<Mero::ViewRenderNode*>{&card.root(), card.find("a"), card.find("b")}));
+    EXPECT_LE(card.tree.pendingPlaces(), 2U * 64U + 2U);
+    // The node left listed still takes its place in the flush.
+    card.attachComponents();
+    card.find("b")->queuePropertyUpdate(8, 0.5);
+    EXPECT_EQ(card.flush(), Calls{"b set 8=0.5"});
+    EXPECT_EQ(card.tree.pendingPlaces(), 0U);
+}
