@@ -72,8 +72,14 @@ inline std::pair<double, double> fakeMeasure(const Mero::TextContent& content)
 }
 
 // A host that makes no views and answers a fixed content size.
-class NullHost : public Mero::Host {
+class NullHost : public Mero::Host, public Mero::ViewMaker {
 public:
+    Mero::ViewHandle makeView(const Mero::ViewSlots& slots, const Mero::ViewRenderNode& /*node*/) override
+    {
+        benchmark::DoNotOptimize(slots);
+        return this;
+    }
+    void finishView(Mero::ViewHandle /*view*/, Mero::ViewHandle /*parent*/, uint32_t /*type*/) override {}
     bool attached() const override { return true; }
     void logLine(const std::string& /*text*/) override {}
     std::vector<const Mero::ViewRenderNode*> apply(const Mero::ChangeList& changes) override
@@ -86,10 +92,11 @@ public:
 
 // A card shown as the JVM benchmark shows it: 1080 wide, height from content,
 // texts measured at 120 by 30 by the host.
-inline std::optional<Mero::ViewTree> showCard(Mero::MeroInstance& instance, const std::string& templateText,
-                                              const std::string& data)
+inline void showCard(Mero::MeroInstance& instance, const std::string& templateText, const std::string& data)
 {
-    instance.bindHost(std::make_unique<NullHost>());
+    auto owned = std::make_unique<NullHost>();
+    NullHost& host = *owned;
+    instance.bindHost(std::move(owned));
     instance.runtime().services.measureText = [](const Mero::TextContent&) { return std::pair(120.0, 30.0); };
     instance.setScreenWidth(1080.0F);
     instance.loadTemplate(templateText);
@@ -99,10 +106,8 @@ inline std::optional<Mero::ViewTree> showCard(Mero::MeroInstance& instance, cons
     instance.triggerInitEvent();
     instance.applyLayout();
     // What createComponentTree does for each host view, short of calling
-    // Java: the node's slot buffers, in one tree of views.
-    std::optional<Mero::ViewTree> views = instance.createComponentTree();
-    benchmark::DoNotOptimize(views);
-    return views;
+    // Java: the node's slot buffers, handed to the host one view at a time.
+    benchmark::DoNotOptimize(instance.createComponentTree(host));
 }
 
 // Reads back every frame of a Yoga tree, as a render node reads its own.

@@ -198,28 +198,36 @@ jobject JniHost::findView(const std::string& viewId)
     return javaThrew() ? nullptr : component;
 }
 
-jobject JniHost::makeViews(const ViewTree& view, std::vector<const ViewRenderNode*>& refused)
+ViewHandle JniHost::makeView(const ViewSlots& slots, const ViewRenderNode& /*node*/)
 {
-    if (javaThrew()) {
-        return nullptr;
+    return javaThrew() ? nullptr : callCreateComponent(env_, hostObject_, slots);
+}
+
+void JniHost::finishView(ViewHandle view, ViewHandle parent, uint32_t type)
+{
+    auto component = static_cast<jobject>(view);
+    if (type == kSwiperType && !javaThrew()) {
+        startSwiper(env_, component);
     }
-    jobject component = callCreateComponent(env_, hostObject_, view.slots);
+    if (parent != nullptr) {
+        callOnObject(env_, static_cast<jobject>(parent), "addChild", kComponentArgument, component);
+        env_->DeleteLocalRef(component);
+    }
+}
+
+jobject JniHost::makeViews(const ViewTree& view, std::vector<const ViewRenderNode*>& refused, jobject parent)
+{
+    auto component = static_cast<jobject>(makeView(view.slots, *view.node));
     if (component == nullptr) {
+        // Not added anywhere: the host made no view.
         refused.push_back(view.node);
         return nullptr;
     }
     for (const ViewTree& child : view.children) {
-        jobject childComponent = makeViews(child, refused);
-        // A child the host made no view for is simply not added.
-        if (childComponent != nullptr) {
-            callOnObject(env_, component, "addChild", kComponentArgument, childComponent);
-            env_->DeleteLocalRef(childComponent);
-        }
+        makeViews(child, refused, component);
     }
-    if (view.slots.type == kSwiperType) {
-        startSwiper(env_, component);
-    }
-    return component;
+    finishView(component, parent, view.slots.type);
+    return parent == nullptr ? component : nullptr;
 }
 
 std::vector<const ViewRenderNode*> JniHost::apply(const ChangeList& changes)

@@ -22,7 +22,7 @@ namespace Mero {
 
 class MeroInstance;
 
-class JniHost final : public Host {
+class JniHost final : public Host, public ViewMaker {
 public:
     JniHost(JNIEnv* env, jobject hostObject) : env_(env), hostObject_(hostObject) {}
     ~JniHost() override = default;
@@ -36,8 +36,15 @@ public:
 
     // Makes the view of `view` and the views under it, as createComponent
     // and addChild calls; answers a local reference, or null when the host
-    // made none (that view goes into `refused`).
-    jobject makeViews(const ViewTree& view, std::vector<const ViewRenderNode*>& refused);
+    // made none (that view goes into `refused`). Under a `parent`, the view
+    // is added to it instead, and null answered.
+    jobject makeViews(const ViewTree& view, std::vector<const ViewRenderNode*>& refused, jobject parent = nullptr);
+
+    // createComponentTree's views, one createComponent call each; a view
+    // is added to its parent once the views under it are (handles are
+    // local references).
+    ViewHandle makeView(const ViewSlots& slots, const ViewRenderNode& node) override;
+    void finishView(ViewHandle view, ViewHandle parent, uint32_t type) override;
 
     // The environment of the thread now driving the card (updateEnv).
     void setEnv(JNIEnv* env) { env_ = env; }

@@ -214,14 +214,7 @@ jobject createComponentTree(JNIEnv* /*env*/, jobject /*self*/, jint handle)
     return runAtBoundary("createComponentTree", static_cast<jobject>(nullptr), [&]() -> jobject {
         logBridge("createComponentTree");
         MeroInstance& instance = setUpInstance(handle);
-        std::optional<ViewTree> views = instance.createComponentTree();
-        if (!views) {
-            return nullptr;
-        }
-        std::vector<const ViewRenderNode*> refused;
-        jobject root = jniHost(instance).makeViews(*views, refused);
-        instance.renderTree().viewsRefused(refused);
-        return root;
+        return static_cast<jobject>(instance.createComponentTree(jniHost(instance)));
     });
 }
 

@@ -110,6 +110,11 @@ std::optional<ViewTree> MeroInstance::createComponentTree()
     return tree_->createViews();
 }
 
+ViewHandle MeroInstance::createComponentTree(ViewMaker& maker)
+{
+    return tree_->createViews(maker);
+}
+
 void MeroInstance::flush()
 {
     tree_->flush();

@@ -54,6 +54,9 @@ public:
     void applyLayout();
     // The views of the whole card, for the host to make; none without a root.
     std::optional<ViewTree> createComponentTree();
+    // The same views, made by `maker` one at a time (see ViewMaker);
+    // answers the top view.
+    ViewHandle createComponentTree(ViewMaker& maker);
 
     // Live updates.
     void updateLayout(float width, float height, int32_t widthMode, int32_t heightMode);

@@ -150,14 +150,65 @@ void fillViewTree(ViewTree& view, Node& node, const Visit& visit)
 
 }  // namespace
 
+void RenderTree::markViewMade(ViewRenderNode& node)
+{
+    node.hasView_ = true;
+    node.queues_.reset();
+}
+
 ViewTree RenderTree::makeViewTree(ViewRenderNode& node)
 {
     ViewTree view;
-    fillViewTree(view, node, [](ViewRenderNode& made) {
-        made.hasView_ = true;
-        made.queues_.reset();
-    });
+    fillViewTree(view, node, markViewMade);
     return view;
+}
+
+struct RenderTree::ViewStream {
+    ViewMaker& maker;
+    ViewSlots slots;
+    std::vector<const ViewRenderNode*> refused;
+};
+
+ViewHandle RenderTree::createViews(ViewMaker& maker)
+{
+    if (!root_) {
+        return nullptr;
+    }
+    layoutApplied_ = true;
+    ViewStream stream{maker, {}, {}};
+    ViewHandle top = streamViews(*root_, nullptr, stream);
+    viewsRefused(stream.refused);
+    return top;
+}
+
+// As fillViewTree, with each view made as soon as it is described.
+ViewHandle RenderTree::streamViews(ViewRenderNode& node, ViewHandle parent, ViewStream& stream)
+{
+    markViewMade(node);
+    stream.slots.clear();
+    collectViewSlots(node, stream.slots);
+    const uint32_t type = stream.slots.type;
+    ViewHandle view = stream.maker.makeView(stream.slots, node);
+    if (view == nullptr) {
+        // As when a described tree is refused: the views under it count as
+        // made until viewsRefused takes them back.
+        stream.refused.push_back(&node);
+        markViewsMadeBelow(node);
+        return nullptr;
+    }
+    for (ViewRenderNode* child : hostChildrenOf(node)) {
+        streamViews(*child, view, stream);
+    }
+    stream.maker.finishView(view, parent, type);
+    return view;
+}
+
+void RenderTree::markViewsMadeBelow(ViewRenderNode& node)
+{
+    for (ViewRenderNode* child : hostChildrenOf(node)) {
+        markViewMade(*child);
+        markViewsMadeBelow(*child);
+    }
 }
 
 ViewTree RenderTree::describeViews(const ViewRenderNode& node)

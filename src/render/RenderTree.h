@@ -27,6 +27,8 @@ namespace Mero {
 
 class RuntimeEngine;
 class ViewHost;
+class ViewMaker;
+using ViewHandle = void*;
 
 class RenderTree {
 public:
@@ -55,6 +57,10 @@ public:
     // without a root. Every node shown gets its view; what it had queued
     // is dropped, since the views are made from current values.
     std::optional<ViewTree> createViews();
+    // The same views, handed to `maker` one at a time as they are
+    // described; the views it refuses are taken as viewsRefused takes them.
+    // Answers the top view: null without a root or when it was refused.
+    ViewHandle createViews(ViewMaker& maker);
     // The views the host refused to make: the nodes under them have none.
     void viewsRefused(const std::vector<const ViewRenderNode*>& refused);
 
@@ -113,6 +119,12 @@ private:
     // its new place.
     void compactPending() noexcept;
     static void forgetViewsBelow(const ViewRenderNode& node);
+    // `node`'s view is made from current values: what it had queued is
+    // dropped.
+    static void markViewMade(ViewRenderNode& node);
+    static void markViewsMadeBelow(ViewRenderNode& node);
+    struct ViewStream;
+    static ViewHandle streamViews(ViewRenderNode& node, ViewHandle parent, ViewStream& stream);
 
     struct FreeYogaConfig {
         void operator()(YGConfigRef config) const noexcept { YGConfigFree(config); }

@@ -2,6 +2,7 @@
 // implements it over JNI; tests implement it with a mirror or a recorder.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,31 @@ protected:
     ViewHost() = default;
     ViewHost(const ViewHost&) = default;
     ViewHost& operator=(const ViewHost&) = default;
+};
+
+// The host's side of createComponentTree: it makes a card's views one at a
+// time, as the tree describes them, each before its children. A whole
+// card's description is never held at once: the one buffer of slots is
+// filled again for the next view, so it stays in the cache.
+using ViewHandle = void*;
+
+class ViewMaker {
+public:
+    virtual ~ViewMaker() = default;
+
+    // Makes the view `slots` describes for `node`. Null when the host
+    // refuses: no view under it is offered.
+    virtual ViewHandle makeView(const ViewSlots& slots, const ViewRenderNode& node) = 0;
+
+    // Every view under `view` is made and finished. `parent` is the view it
+    // goes under, null for the top view (which createComponentTree answers).
+    // `type` is the view's type slot.
+    virtual void finishView(ViewHandle view, ViewHandle parent, uint32_t type) = 0;
+
+protected:
+    ViewMaker() = default;
+    ViewMaker(const ViewMaker&) = default;
+    ViewMaker& operator=(const ViewMaker&) = default;
 };
 
 }  // namespace Mero

@@ -56,6 +56,12 @@ public:
         spans_[slot] = {static_cast<uint32_t>(text_.size()), static_cast<uint32_t>(text.size())};
         text_.append(text);
     }
+    // Every slot empty again; the buffer keeps its room.
+    void clear() noexcept
+    {
+        text_.clear();
+        spans_.fill({});
+    }
 
 private:
     static constexpr std::size_t kFirstRoom = 120;
@@ -88,6 +94,16 @@ struct ViewSlots {
     // Writes `value` at the slot of host property `propertyId`; ids outside
     // the four ranges are ignored.
     void put(uint32_t propertyId, const Value& value);
+    // Fresh slots again, for the next view, keeping the string buffer's room.
+    void clear() noexcept
+    {
+        type = 0;
+        ints.fill(0);
+        floats.fill(0.0F);
+        strings.clear();
+        booleans.fill(false);
+        gradient.reset();
+    }
 };
 
 // The text a string slot holds for a value: a string as it is, a number or

@@ -35,7 +35,7 @@ struct MirrorView {
     std::string id() const { return std::string(slots.strings[Mero::ViewSlots::kNodeIdSlot]); }
 };
 
-class MirrorHost final : public Mero::Host {
+class MirrorHost final : public Mero::Host, public Mero::ViewMaker {
 public:
     // Binds a new mirror to `instance`, which owns it.
     static MirrorHost* bind(Mero::MeroInstance& instance)
@@ -46,11 +46,36 @@ public:
         return mirror;
     }
 
-    // The root view, as createComponentTree hands it to the host.
+    // The root view, made one view at a time as the bridge makes them.
     void createComponentTree(Mero::MeroInstance& instance)
     {
-        std::optional<Mero::ViewTree> views = instance.createComponentTree();
-        root_ = views ? makeView(*views) : nullptr;
+        root_ = nullptr;
+        instance.createComponentTree(*this);
+    }
+
+    Mero::ViewHandle makeView(const Mero::ViewSlots& slots, const Mero::ViewRenderNode& /*node*/) override
+    {
+        auto view = std::make_shared<MirrorView>();
+        view->slots = slots;
+        unfinished_.push_back(view);
+        return view.get();
+    }
+
+    // Views finish innermost first, each under the view made before it.
+    void finishView(Mero::ViewHandle view, Mero::ViewHandle parent, uint32_t /*type*/) override
+    {
+        if (unfinished_.empty() || unfinished_.back().get() != view) {
+            return fault("a view finished before the views made after it");
+        }
+        std::shared_ptr<MirrorView> finished = std::move(unfinished_.back());
+        unfinished_.pop_back();
+        if (parent == nullptr) {
+            root_ = std::move(finished);
+        } else if (unfinished_.empty() || unfinished_.back().get() != parent) {
+            fault("a view finished under a view that is not its parent");
+        } else {
+            unfinished_.back()->children.push_back(std::move(finished));
+        }
     }
 
     // Empty when the host's tree equals a fresh build from the engine's
@@ -68,7 +93,7 @@ public:
         }
         // Hiding the root queues nothing: the host keeps the view it was
         // given, and what the root itself shows no longer matters.
-        return compare(*makeView(Mero::RenderTree::describeViews(*root)), *root_, "root", !root->visible());
+        return compare(*mirrorOf(Mero::RenderTree::describeViews(*root)), *root_, "root", !root->visible());
     }
 
     const std::shared_ptr<MirrorView>& root() const { return root_; }
@@ -90,12 +115,12 @@ public:
     Mero::ContentSize contentSizeAnswer{120.0F, 60.0F};
 
 private:
-    static std::shared_ptr<MirrorView> makeView(const Mero::ViewTree& tree)
+    static std::shared_ptr<MirrorView> mirrorOf(const Mero::ViewTree& tree)
     {
         auto view = std::make_shared<MirrorView>();
         view->slots = tree.slots;
         for (const Mero::ViewTree& child : tree.children) {
-            view->children.push_back(makeView(child));
+            view->children.push_back(mirrorOf(child));
         }
         return view;
     }
@@ -127,7 +152,7 @@ private:
             if (insert.index >= 0) {
                 fault("a view inserted into " + insert.parentId + ", which has no view");
             }
-            root_ = makeView(insert.view);
+            root_ = mirrorOf(insert.view);
             return;
         }
         const auto index = static_cast<std::size_t>(insert.index);
@@ -137,7 +162,7 @@ private:
             return;
         }
         parent->children.insert(parent->children.begin() + static_cast<std::ptrdiff_t>(index),
-                                makeView(insert.view));
+                                mirrorOf(insert.view));
     }
 
     void applyChange(const Mero::RemoveView& remove)
@@ -236,6 +261,7 @@ private:
 
     std::shared_ptr<MirrorView> root_;
     std::vector<std::string> faults_;
+    std::vector<std::shared_ptr<MirrorView>> unfinished_;  // made, their children still coming
 };
 
 }  // namespace MeroTest
