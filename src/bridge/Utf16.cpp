@@ -52,38 +52,100 @@ Decoded decodeUtf8(std::string_view text, size_t at)
     return {codePoint, length};
 }
 
+// The code point at `at` of UTF-16 `text` and how many units it takes: a
+// surrogate without its other half is U+FFFD.
+struct Unit {
+    char32_t codePoint;
+    size_t length;
+};
+
+Unit decodeUtf16(std::u16string_view text, size_t at)
+{
+    const char32_t unit = text[at];
+    if (isHighSurrogate(unit) && at + 1 < text.size() && isLowSurrogate(text[at + 1])) {
+        return {0x10000 + ((unit - 0xD800) << 10) + (text[at + 1] - 0xDC00), 2};
+    }
+    return {isHighSurrogate(unit) || isLowSurrogate(unit) ? kReplacement : unit, 1};
+}
+
+size_t utf8Length(char32_t codePoint)
+{
+    return codePoint < 0x80 ? 1 : codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
+}
+
+char* writeUtf8(char* out, char32_t codePoint)
+{
+    if (codePoint < 0x80) {
+        *out++ = static_cast<char>(codePoint);
+    } else if (codePoint < 0x800) {
+        *out++ = static_cast<char>(0xC0 | (codePoint >> 6));
+        *out++ = static_cast<char>(0x80 | (codePoint & 0x3F));
+    } else if (codePoint < 0x10000) {
+        *out++ = static_cast<char>(0xE0 | (codePoint >> 12));
+        *out++ = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+        *out++ = static_cast<char>(0x80 | (codePoint & 0x3F));
+    } else {
+        *out++ = static_cast<char>(0xF0 | (codePoint >> 18));
+        *out++ = static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
+        *out++ = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+        *out++ = static_cast<char>(0x80 | (codePoint & 0x3F));
+    }
+    return out;
+}
+
 }  // namespace
 
+// Both conversions measure first and then write into exactly the room the
+// text takes: the strings that cross are mostly ASCII and can be long (a
+// card's data), and growing them a character at a time was most of the time
+// a card spent in the bridge.
 std::string utf8FromUtf16(std::u16string_view text)
 {
-    std::string out;
-    out.reserve(text.size());
-    for (size_t i = 0; i < text.size(); ++i) {
-        const char32_t unit = text[i];
-        if (isHighSurrogate(unit) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
-            appendUtf8(out, 0x10000 + ((unit - 0xD800) << 10) + (text[i + 1] - 0xDC00));
-            ++i;
-        } else {
-            appendUtf8(out, isHighSurrogate(unit) || isLowSurrogate(unit) ? kReplacement : unit);
+    size_t length = 0;
+    for (size_t at = 0; at < text.size();) {
+        if (text[at] < 0x80) {
+            ++length;
+            ++at;
+            continue;
         }
+        const Unit unit = decodeUtf16(text, at);
+        length += utf8Length(unit.codePoint);
+        at += unit.length;
+    }
+    std::string out(length, '\0');
+    char* next = out.data();
+    for (size_t at = 0; at < text.size();) {
+        if (text[at] < 0x80) {
+            *next++ = static_cast<char>(text[at++]);
+            continue;
+        }
+        const Unit unit = decodeUtf16(text, at);
+        next = writeUtf8(next, unit.codePoint);
+        at += unit.length;
     }
     return out;
 }
 
 std::u16string utf16FromUtf8(std::string_view text)
 {
-    std::u16string out;
-    out.reserve(text.size());
+    // At most one unit per byte: written, then cut to what was written.
+    std::u16string out(text.size(), u'\0');
+    size_t written = 0;
     for (size_t at = 0; at < text.size();) {
+        if (static_cast<uint8_t>(text[at]) < 0x80) {
+            out[written++] = static_cast<char16_t>(text[at++]);
+            continue;
+        }
         const auto [codePoint, length] = decodeUtf8(text, at);
         at += length;
         if (codePoint >= 0x10000) {
-            out += static_cast<char16_t>(0xD800 + ((codePoint - 0x10000) >> 10));
-            out += static_cast<char16_t>(0xDC00 + ((codePoint - 0x10000) & 0x3FF));
+            out[written++] = static_cast<char16_t>(0xD800 + ((codePoint - 0x10000) >> 10));
+            out[written++] = static_cast<char16_t>(0xDC00 + ((codePoint - 0x10000) & 0x3FF));
         } else {
-            out += static_cast<char16_t>(codePoint);
+            out[written++] = static_cast<char16_t>(codePoint);
         }
     }
+    out.resize(written);
     return out;
 }
 
