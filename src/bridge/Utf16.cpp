@@ -1,6 +1,7 @@
 #include "bridge/Utf16.h"
 
 #include <cstdint>
+#include <cstring>
 
 #include "value/Utf8.h"
 
@@ -93,6 +94,34 @@ char* writeUtf8(char* out, char32_t codePoint)
     return out;
 }
 
+// Runs of ASCII go sixteen units at a time, in loops the compiler turns
+// into vector instructions.
+constexpr size_t kBlock = 16;
+
+bool asciiBlockAt(std::u16string_view text, size_t at)
+{
+    if (at + kBlock > text.size()) {
+        return false;
+    }
+    char16_t any = 0;
+    for (size_t i = 0; i < kBlock; ++i) {
+        any |= text[at + i];
+    }
+    return any < 0x80;
+}
+
+bool asciiBlockAt(std::string_view text, size_t at)
+{
+    if (at + kBlock > text.size()) {
+        return false;
+    }
+    unsigned char any = 0;
+    for (size_t i = 0; i < kBlock; ++i) {
+        any |= static_cast<unsigned char>(text[at + i]);
+    }
+    return any < 0x80;
+}
+
 }  // namespace
 
 // Both conversions measure first and then write into exactly the room the
@@ -103,6 +132,11 @@ std::string utf8FromUtf16(std::u16string_view text)
 {
     size_t length = 0;
     for (size_t at = 0; at < text.size();) {
+        if (asciiBlockAt(text, at)) {
+            length += kBlock;
+            at += kBlock;
+            continue;
+        }
         if (text[at] < 0x80) {
             ++length;
             ++at;
@@ -115,6 +149,18 @@ std::string utf8FromUtf16(std::u16string_view text)
     std::string out(length, '\0');
     char* next = out.data();
     for (size_t at = 0; at < text.size();) {
+        if (asciiBlockAt(text, at)) {
+            // Through a local block: `next` could alias the text otherwise,
+            // and the copy would go a unit at a time.
+            char bytes[kBlock];
+            for (size_t i = 0; i < kBlock; ++i) {
+                bytes[i] = static_cast<char>(text[at + i]);
+            }
+            std::memcpy(next, bytes, kBlock);
+            next += kBlock;
+            at += kBlock;
+            continue;
+        }
         if (text[at] < 0x80) {
             *next++ = static_cast<char>(text[at++]);
             continue;
@@ -132,6 +178,16 @@ std::u16string utf16FromUtf8(std::string_view text)
     std::u16string out(text.size(), u'\0');
     size_t written = 0;
     for (size_t at = 0; at < text.size();) {
+        if (asciiBlockAt(text, at)) {
+            char16_t units[kBlock];
+            for (size_t i = 0; i < kBlock; ++i) {
+                units[i] = static_cast<char16_t>(text[at + i]);
+            }
+            std::memcpy(out.data() + written, units, sizeof units);
+            written += kBlock;
+            at += kBlock;
+            continue;
+        }
         if (static_cast<uint8_t>(text[at]) < 0x80) {
             out[written++] = static_cast<char16_t>(text[at++]);
             continue;

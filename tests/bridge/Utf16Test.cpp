@@ -25,7 +25,13 @@ INSTANTIATE_TEST_SUITE_P(Characters, Utf16BothWays,
                                          Utf16Case{"Zero", std::u16string(1, u'\0'), std::string(1, '\0')},
                                          Utf16Case{"TwoBytes", u"\u00e9", "\xC3\xA9"},
                                          Utf16Case{"ThreeBytes", u"\u4e2d\uFFFD", "\xE4\xB8\xAD\xEF\xBF\xBD"},
-                                         Utf16Case{"SurrogatePair", u"\U0001F600", "\xF0\x9F\x98\x80"}),
+                                         Utf16Case{"SurrogatePair", u"\U0001F600", "\xF0\x9F\x98\x80"},
+                                         // Long runs of ASCII go by blocks of sixteen; a character
+                                         // that is not ASCII ends a block anywhere in it.
+                                         Utf16Case{"AsciiRunsAroundOthers",
+                                                   u"0123456789abcdef\u00e9123456789ABCDE\U0001F600tail of twenty chars",
+                                                   "0123456789abcdef\xC3\xA9" "123456789ABCDE\xF0\x9F\x98\x80"
+                                                   "tail of twenty chars"}),
                          [](const testing::TestParamInfo<Utf16Case>& param) { return std::string(param.param.name); });
 
 TEST(Utf16, ModifiedUtf8HalvesJoinIntoOneCharacter)
