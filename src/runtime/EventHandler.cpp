@@ -7,12 +7,11 @@ namespace Mero {
 EventHandler::EventHandler(std::string handlerName, std::string parameter, StatementList statements)
     : name(std::move(handlerName)),
       parameterName(std::move(parameter)),
-      body(std::move(statements)),
-      scope(makeLocalScope())
+      body(std::move(statements))
 {}
 
 EventHandler::EventHandler(std::string handlerName, CallbackPtr callable)
-    : name(std::move(handlerName)), scope(makeLocalScope()), isCallback(true), callback(std::move(callable))
+    : name(std::move(handlerName)), isCallback(true), callback(std::move(callable))
 {}
 
 void EventHandler::dispatch(const Value& payload, const ObjectPtr& extra, const EngineRef& engine)
@@ -29,6 +28,9 @@ void EventHandler::dispatch(const Value& payload, const ObjectPtr& extra, const 
             (*callback)(std::move(args));
         }
         return;
+    }
+    if (!scope) {
+        scope = makeLocalScope();
     }
     scope->clear();
     if (!parameterName.empty()) {

@@ -27,7 +27,9 @@ public:
     std::string name;
     std::string parameterName;
     StatementList body;
-    // One map, made with the handler and reused (cleared) by every dispatch.
+    // One map, made at the first dispatch and reused (cleared) by every
+    // dispatch after it; most of a card's handlers never run, and a
+    // callback handler needs none.
     LocalScope scope;
     bool isCallback = false;
     CallbackPtr callback;

@@ -21,7 +21,9 @@ RuntimeEngine::~RuntimeEngine()
     // scope (a handler's local holding a callback made there) is a cycle.
     // Nothing can dispatch these handlers any more: empty their scopes.
     for (auto& entry : eventTable_) {
-        entry.second->scope->clear();
+        if (entry.second->scope) {
+            entry.second->scope->clear();
+        }
     }
 }
 

@@ -10,14 +10,15 @@ CustomFunction::CustomFunction(std::string name, std::vector<std::string> parame
     : name_(std::move(name)),
       parameters_(std::move(parameters)),
       defaultArgs_(std::move(defaultArgs)),
-      body_(std::move(body)),
-      scope_(makeLocalScope())
+      body_(std::move(body))
 {}
 
 CustomFunction::~CustomFunction()
 {
     // Break the cycle of a callback stored in the scope it was made in.
-    scope_->clear();
+    if (scope_) {
+        scope_->clear();
+    }
 }
 
 Value CustomFunction::invoke(ArgList&& args, const EngineRef& engine)
@@ -32,7 +33,10 @@ Value CustomFunction::invoke(ArgList&& args, const EngineRef& engine)
     }
     // One scope for every call: a nested or recursive call of the same
     // function overwrites its caller's locals. Deliberate; templates are
-    // written against it.
+    // written against it. The scope is made at the first call.
+    if (!scope_) {
+        scope_ = makeLocalScope();
+    }
     scope_->clear();
     std::size_t nextDefault = 0;
     for (std::size_t i = 0; i < parameters_.size(); ++i) {

@@ -32,7 +32,7 @@ private:
     std::vector<std::string> parameters_;
     ArrayPtr defaultArgs_;
     StatementList body_;
-    // One map, made with the function and reused (cleared) by every call.
+    // One map, made at the first call and reused (cleared) by every call.
     LocalScope scope_;
 };
 
