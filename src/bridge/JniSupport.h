@@ -6,6 +6,8 @@
 
 #include <jni.h>
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -40,6 +42,14 @@ private:
 
 inline jstring newJavaString(JNIEnv* env, std::string_view text)
 {
+    // Most texts are short (a view's ids, colours, words): their units go on
+    // the stack instead of into a string of their own.
+    constexpr std::size_t kShortText = 128;
+    if (text.size() <= kShortText) {
+        std::array<char16_t, kShortText> units;
+        const std::size_t length = utf16FromUtf8(text, units.data());
+        return env->NewString(reinterpret_cast<const jchar*>(units.data()), static_cast<jsize>(length));
+    }
     const std::u16string units = utf16FromUtf8(text);
     return env->NewString(reinterpret_cast<const jchar*>(units.data()), static_cast<jsize>(units.size()));
 }

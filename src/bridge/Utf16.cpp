@@ -172,10 +172,8 @@ std::string utf8FromUtf16(std::u16string_view text)
     return out;
 }
 
-std::u16string utf16FromUtf8(std::string_view text)
+size_t utf16FromUtf8(std::string_view text, char16_t* out)
 {
-    // At most one unit per byte: written, then cut to what was written.
-    std::u16string out(text.size(), u'\0');
     size_t written = 0;
     for (size_t at = 0; at < text.size();) {
         if (asciiBlockAt(text, at)) {
@@ -183,7 +181,7 @@ std::u16string utf16FromUtf8(std::string_view text)
             for (size_t i = 0; i < kBlock; ++i) {
                 units[i] = static_cast<char16_t>(text[at + i]);
             }
-            std::memcpy(out.data() + written, units, sizeof units);
+            std::memcpy(out + written, units, sizeof units);
             written += kBlock;
             at += kBlock;
             continue;
@@ -201,7 +199,14 @@ std::u16string utf16FromUtf8(std::string_view text)
             out[written++] = static_cast<char16_t>(codePoint);
         }
     }
-    out.resize(written);
+    return written;
+}
+
+std::u16string utf16FromUtf8(std::string_view text)
+{
+    // At most one unit per byte: written, then cut to what was written.
+    std::u16string out(text.size(), u'\0');
+    out.resize(utf16FromUtf8(text, out.data()));
     return out;
 }
 

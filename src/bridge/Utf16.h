@@ -7,6 +7,7 @@
 // character is the same bytes whether it came raw or escaped.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -18,5 +19,8 @@ std::string utf8FromUtf16(std::u16string_view text);
 // Bytes that are not UTF-8 each become U+FFFD. A 3-byte encoded surrogate
 // (as modified UTF-8 writes one) is taken as that UTF-16 unit.
 std::u16string utf16FromUtf8(std::string_view text);
+// The same into `out`, which has room for text.size() units (a character
+// never takes more units than bytes); answers how many were written.
+size_t utf16FromUtf8(std::string_view text, char16_t* out);
 
 }  // namespace Mero
