@@ -69,31 +69,6 @@ Unit decodeUtf16(std::u16string_view text, size_t at)
     return {isHighSurrogate(unit) || isLowSurrogate(unit) ? kReplacement : unit, 1};
 }
 
-size_t utf8Length(char32_t codePoint)
-{
-    return codePoint < 0x80 ? 1 : codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
-}
-
-char* writeUtf8(char* out, char32_t codePoint)
-{
-    if (codePoint < 0x80) {
-        *out++ = static_cast<char>(codePoint);
-    } else if (codePoint < 0x800) {
-        *out++ = static_cast<char>(0xC0 | (codePoint >> 6));
-        *out++ = static_cast<char>(0x80 | (codePoint & 0x3F));
-    } else if (codePoint < 0x10000) {
-        *out++ = static_cast<char>(0xE0 | (codePoint >> 12));
-        *out++ = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
-        *out++ = static_cast<char>(0x80 | (codePoint & 0x3F));
-    } else {
-        *out++ = static_cast<char>(0xF0 | (codePoint >> 18));
-        *out++ = static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
-        *out++ = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
-        *out++ = static_cast<char>(0x80 | (codePoint & 0x3F));
-    }
-    return out;
-}
-
 // Runs of ASCII go sixteen units at a time, in loops the compiler turns
 // into vector instructions.
 constexpr size_t kBlock = 16;
