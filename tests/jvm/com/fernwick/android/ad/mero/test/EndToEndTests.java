@@ -239,7 +239,8 @@ public final class EndToEndTests {
         });
         GradientInfo gradient = card.created.get("view").gradient();
         equal("90 [#0, #1, #2, #3, #4] [0.0, 0.25, 0.5, 0.75, 1.0]", gradient.type + " "
-                + Arrays.toString(gradient.colors) + " " + Arrays.toString(gradient.positions), "gradient");
+                + Arrays.toString(gradient.colors) + " " + Arrays.toString(gradient.positions),
+                "gradient, its angle of 90.8 truncated");
         equal(null, card.created.get("text").gradient(), "no gradient passes null");
         card.releaseInstance(card.handle);
     }

@@ -47,7 +47,7 @@ final class Templates {
             "paddingLeft": {"sizeType": 1, "value": 4}, "borderTop": {"sizeType": 1, "value": 2},
             "opacity": 0.5, "rotationZ": 45, "translateX": 3, "cornerLeftTop": {"sizeType": 1, "value": 8},
             "backgroundColor": "#FF0000FF", "borderColor": "#00FF00FF", "loopAnimation": {"name": "pulse"},
-            "backgroundGradient": {"angle": 90, "colors": ["#0", "#1", "#2", "#3", "#4"],
+            "backgroundGradient": {"angle": 90.8, "colors": ["#0", "#1", "#2", "#3", "#4"],
               "locations": [0, 0.25, 0.5, 0.75, 1]}},
            {"$": 4, "nodeId": "text", "text": "Hi", "textColor": "#123456FF", "maxLines": 3, "fontWeight": 700,
             "textAlign": 1, "fontSize": {"sizeType": 1, "value": 28}, "lineHeight": {"sizeType": 1, "value": 34},
