@@ -69,12 +69,15 @@ TEST(SetTimeout, handsTheDelayAndAJobThatRunsTheCallbackWithNoArguments)
     ASSERT_EQ(card.timeouts.size(), 1u);
     EXPECT_EQ(card.timeouts[0].delay, 250.5);
     EXPECT_TRUE(callback.calls.empty());
+    int flushes = 0;
+    card.engine->setFlushHook([&flushes] { ++flushes; });
     card.timeouts[0].job();
     EXPECT_EQ(callback.calls, Strings{"[]"});
 
     card.call("p", {Value("soon"), Value(3)});  // a non-number delay reads 0; a non-callback only flushes
     EXPECT_EQ(card.timeouts[1].delay, 0);
     card.timeouts[1].job();
+    EXPECT_EQ(flushes, 2);
     card.engine->services.setTimeout = nullptr;
     EXPECT_THROW(card.call("p", {Value(10), Value()}), std::bad_function_call);
 }
