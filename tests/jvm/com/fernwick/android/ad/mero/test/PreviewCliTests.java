@@ -72,19 +72,6 @@ public final class PreviewCliTests {
             equal(false, Files.exists(work.resolve("click/step-02.png")), "no step beyond the scenario");
         });
 
-        check("the app-install example: page, and the download button before and during its download", () -> {
-            Path folder = ROOT.resolve("examples/cards/app-install");
-            Run run = preview(folder.resolve("template.json"), "--data", folder.resolve("data.json").toString(),
-                    "--bridge", folder.resolve("bridge.json").toString(), "--scenario",
-                    write("two.json", "[{\"click\": \"install\"}, {\"advance\": 1000}]").toString(),
-                    "--strict", "--out", out("app"));
-            equal(0, run.exitCode(), "exit code");
-            equal("750x476", size(picture("app", 0)), "picture size");
-            equal(List.of(0xF2F3F5, 0x2563EB, 0x2563EB), colours(picture("app", 0), 5, 5, 80, 381, 650, 381),
-                    "page, both ends of the idle button");
-            equal(List.of(0x2563EB, 0x60A5FA), colours(picture("app", 2), 80, 381, 650, 381),
-                    "the button at 30%: progress at its start, track at its end");
-        });
         check("a script error and the template checker's findings are shown; --strict fails on them after drawing",
                 () -> {
             Path scenario = write("fail.json", "[{\"event\": \"fail\"}]");
