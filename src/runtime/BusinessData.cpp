@@ -1,8 +1,14 @@
 // The business data the host sets, and what of it a card keeps.
+#include <algorithm>
 #include <cstddef>
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+#include <vector>
 
 #include "runtime/ParsedTemplate.h"
 #include "runtime/RuntimeEngine.h"
+#include "value/TextHash.h"
 
 namespace Mero {
 
@@ -12,6 +18,57 @@ namespace {
 // that take long to read and hold much once read (a feed's whole payload
 // handed to each of its cards).
 constexpr std::size_t kWholeDataBelow = 4096;
+
+using DataLeftOutPtr = std::shared_ptr<const DataLeftOut>;
+
+// The cards of a feed are often handed the same payload, and each would keep
+// the same text left unread: what is left out is kept once and shared by the
+// cards that left it out. Cards set data from any thread; the table only
+// finds what live cards hold.
+class SharedLeftOuts {
+public:
+    DataLeftOutPtr share(DataLeftOut leftOut)
+    {
+        const std::size_t hash = sampledHash(leftOut.data.text) * 31 + sampledHash(leftOut.extra.text);
+        // Whatever was looked at is let go after the unlock: declared first.
+        std::vector<DataLeftOutPtr> looked;
+        std::lock_guard lock(mutex_);
+        auto [first, last] = byHash_.equal_range(hash);
+        for (auto it = first; it != last; ++it) {
+            DataLeftOutPtr held = it->second.lock();
+            if (held && *held == leftOut) {
+                return held;
+            }
+            looked.push_back(std::move(held));
+        }
+        dropExpired();
+        auto made = std::make_shared<const DataLeftOut>(std::move(leftOut));
+        byHash_.emplace(hash, made);
+        return made;
+    }
+
+private:
+    // Entries of what no card holds any more, once they are as many as the rest.
+    void dropExpired()
+    {
+        if (byHash_.size() < compactAt_) {
+            return;
+        }
+        std::erase_if(byHash_, [](const auto& entry) { return entry.second.expired(); });
+        compactAt_ = std::max<std::size_t>(16, 2 * byHash_.size());
+    }
+
+    std::mutex mutex_;
+    std::unordered_multimap<std::size_t, std::weak_ptr<const DataLeftOut>> byHash_;
+    std::size_t compactAt_ = 16;
+};
+
+DataLeftOutPtr shareLeftOut(DataLeftOut leftOut)
+{
+    // Never destroyed: cards freed while the process exits may still reach it.
+    static auto* table = new SharedLeftOuts();
+    return table->share(std::move(leftOut));
+}
 
 }  // namespace
 
@@ -42,14 +99,11 @@ void RuntimeEngine::readData(std::string_view dataText, std::string_view extraDa
     for (const auto& [key, value] : extraParser.root().object()) {
         data->try_emplace(key, value);
     }
-    dataLeftOut_ = {};
-    extraDataLeftOut_ = {};
+    dataLeftOut_ = nullptr;
     if (keep != nullptr) {
-        JsonParser::LeftOut dataLeftOut = dataParser.leftOut();
-        JsonParser::LeftOut extraDataLeftOut = extraParser.leftOut();
-        if (!dataLeftOut.empty() || !extraDataLeftOut.empty()) {
-            dataLeftOut_ = std::move(dataLeftOut);
-            extraDataLeftOut_ = std::move(extraDataLeftOut);
+        DataLeftOut leftOut{dataParser.leftOut(), extraParser.leftOut()};
+        if (!leftOut.data.empty() || !leftOut.extra.empty()) {
+            dataLeftOut_ = shareLeftOut(std::move(leftOut));
         }
     }
 }
@@ -59,15 +113,14 @@ void RuntimeEngine::readData(std::string_view dataText, std::string_view extraDa
 // have made it, reporting nothing twice.
 void RuntimeEngine::readWholeDataAgain()
 {
-    if (dataLeftOut_.empty() && extraDataLeftOut_.empty()) {
+    if (!dataLeftOut_) {
         return;
     }
     auto whole = std::make_shared<ValueObject>();
-    JsonParser::restoreRoot(*data, dataLeftOut_, *whole);
-    JsonParser::restoreRoot(*data, extraDataLeftOut_, *whole);
+    JsonParser::restoreRoot(*data, dataLeftOut_->data, *whole);
+    JsonParser::restoreRoot(*data, dataLeftOut_->extra, *whole);
     data = std::move(whole);
-    dataLeftOut_ = {};
-    extraDataLeftOut_ = {};
+    dataLeftOut_ = nullptr;
 }
 
 }  // namespace Mero

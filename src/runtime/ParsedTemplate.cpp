@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <deque>
-#include <functional>
 #include <mutex>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "value/JsonParser.h"
+#include "value/TextHash.h"
 
 namespace Mero {
 
@@ -120,26 +120,6 @@ private:
     std::size_t recentBytes_ = 0;
     std::size_t compactAt_ = 16;
 };
-
-// Texts are found by a hash of their length and of pieces spread over them,
-// not of every byte: hashing a 100 KB text whole would cost a quarter of what
-// sharing its reading saves, and a text found is compared whole anyway.
-std::size_t sampledHash(std::string_view text)
-{
-    constexpr std::size_t kHashedWhole = 4096;
-    constexpr std::size_t kPieces = 32;
-    constexpr std::size_t kPiece = 96;
-    const std::hash<std::string_view> hash;
-    if (text.size() <= kHashedWhole) {
-        return hash(text);
-    }
-    std::size_t combined = text.size();
-    const std::size_t stride = (text.size() - kPiece) / (kPieces - 1);
-    for (std::size_t i = 0; i < kPieces; ++i) {
-        combined = combined * 31 + hash(text.substr(i * stride, kPiece));
-    }
-    return combined;
-}
 
 TemplateCache& cache()
 {

@@ -33,6 +33,14 @@ namespace Mero {
 
 class ParsedTemplate;
 
+// What reading the data for one template left out of the data and of the
+// extra data: kept to make the data whole should another template load.
+struct DataLeftOut {
+    JsonParser::LeftOut data;
+    JsonParser::LeftOut extra;
+    bool operator==(const DataLeftOut&) const = default;
+};
+
 // The callbacks registered under one UI-variable name. The engine holds them
 // weakly: whoever bound the property (a render node) owns its callback, so
 // a callback goes when its node goes. Entries of gone callbacks are dropped
@@ -176,9 +184,10 @@ private:
     std::shared_ptr<const std::string> templateText_;
     bool elementsRebuilt_ = false;
     int templatesLoaded_ = 0;
-    // While data members are left out, what was left out of each text.
-    JsonParser::LeftOut dataLeftOut_;
-    JsonParser::LeftOut extraDataLeftOut_;
+    // While data members are left out, what was left out of the data and of
+    // the extra data (null when nothing was), shared with the cards that left
+    // out the same.
+    std::shared_ptr<const DataLeftOut> dataLeftOut_;
     FunctionTable functionTable_;
     bool builtinsAdded_ = false;
     EventTable eventTable_;

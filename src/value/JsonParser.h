@@ -68,6 +68,7 @@ public:
         std::string text;
         std::vector<std::string> order;
         bool empty() const { return text.empty(); }
+        bool operator==(const LeftOut&) const = default;
     };
     // Right after such a parse, while its text is still there.
     LeftOut leftOut() const;

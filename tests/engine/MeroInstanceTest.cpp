@@ -165,6 +165,29 @@ TEST_F(MeroInstanceTest, LargeDataKeepsOnlyTheMembersTheTemplateReads)
     }
 }
 
+// Cards handed the same large data keep what they left out once between
+// them; each still makes its own data whole. A text that differs from another
+// only where the quick hash does not look is told apart.
+TEST_F(MeroInstanceTest, CardsLeavingOutTheSameDataEachMakeTheirOwnWhole)
+{
+    const std::string card = R"({"elements": {"$": 0, "nodeId": "n", "visible": {"$": 19, "n": "shown"}}})";
+    const std::string large = R"({"shown": true, "other": ")" + std::string(5000, 'x') + R"("})";
+    std::string nearly = large;
+    nearly[large.find('x') + 109] = 'y';
+    MeroInstance cards[3];
+    for (int i = 0; i < 3; ++i) {
+        cards[i].loadTemplate(card);
+        cards[i].setData(i == 2 ? nearly : large, "{}");
+        EXPECT_EQ(cards[i].runtime().data->size(), 1U) << i;
+    }
+    for (int i : {2, 0, 1}) {
+        cards[i].loadTemplate(R"({"elements": {"$": 0, "nodeId": "m"}})");
+        const std::string& other = (*cards[i].runtime().data)["other"].string();
+        EXPECT_EQ(other.size(), 5000U) << i;
+        EXPECT_EQ(other.find('y'), i == 2 ? 109 : std::string::npos) << i;
+    }
+}
+
 TEST_F(MeroInstanceTest, JobIdsComeFromRandWithoutCollisionChecks)
 {
     std::srand(11);
