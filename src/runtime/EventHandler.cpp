@@ -4,7 +4,7 @@
 
 namespace Mero {
 
-EventHandler::EventHandler(std::string handlerName, std::string parameter, StatementList statements)
+EventHandler::EventHandler(std::string handlerName, std::string parameter, SharedStatements statements)
     : name(std::move(handlerName)),
       parameterName(std::move(parameter)),
       body(std::move(statements))
@@ -44,7 +44,7 @@ void EventHandler::dispatch(const Value& payload, const ObjectPtr& extra, const 
         }
     }
     LocalScope running = scope;
-    runStatements(body, running, engine);
+    runStatements(*body, running, engine);
 }
 
 }  // namespace Mero

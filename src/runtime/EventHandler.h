@@ -16,7 +16,7 @@ namespace Mero {
 class EventHandler {
 public:
     // A template handler; `parameterName` is empty when it takes none.
-    EventHandler(std::string name, std::string parameterName, StatementList body);
+    EventHandler(std::string name, std::string parameterName, SharedStatements body);
     // A handler registered from script: calls `callback` with the payload.
     EventHandler(std::string name, CallbackPtr callback);
 
@@ -26,7 +26,7 @@ public:
 
     std::string name;
     std::string parameterName;
-    StatementList body;
+    SharedStatements body;
     // One map, made at the first dispatch and reused (cleared) by every
     // dispatch after it; most of a card's handlers never run, and a
     // callback handler needs none.

@@ -144,6 +144,12 @@ const DataNames& ParsedTemplate::dataNames() const
     return dataNames_;
 }
 
+std::shared_ptr<const TemplateScript> ParsedTemplate::script() const
+{
+    std::call_once(scriptBuilt_, [this] { script_ = buildSharedScript(root_); });
+    return script_;
+}
+
 ParsedTemplatePtr ParsedTemplate::read(std::string_view text, Reports reports)
 {
     const std::size_t hash = sampledHash(text);

@@ -18,6 +18,7 @@
 #include <string_view>
 
 #include "runtime/DataNames.h"
+#include "runtime/TemplateScript.h"
 #include "value/Value.h"
 
 namespace Mero {
@@ -47,6 +48,9 @@ public:
     // The data members that anything in the template reads; found on first
     // use (only large data asks).
     const DataNames& dataNames() const;
+    // Its functions and events built, shared by its cards; built on first
+    // use. Null when building them reports anything: each card builds its own.
+    std::shared_ptr<const TemplateScript> script() const;
 
     // Use read(); public for make_shared.
     ParsedTemplate(std::shared_ptr<const std::string> text, Value root);
@@ -58,6 +62,8 @@ private:
     Value variables_;
     mutable std::once_flag dataNamesFound_;
     mutable DataNames dataNames_;
+    mutable std::once_flag scriptBuilt_;
+    mutable std::shared_ptr<const TemplateScript> script_;
 };
 
 using ParsedTemplatePtr = std::shared_ptr<const ParsedTemplate>;

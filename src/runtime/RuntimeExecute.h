@@ -22,14 +22,14 @@ public:
     // Runs in `scope`. Each statement is one step of the entry's budget and
     // one level of nesting; past either bound it gives null, which ends the
     // statement list and every loop around it like a return.
-    Value execute(const LocalScope& scope, const EngineRef& engine)
+    Value execute(const LocalScope& scope, const EngineRef& engine) const
     {
         ScriptStep step;
         return step.allowed() ? run(scope, engine) : Value();
     }
 
 protected:
-    virtual Value run(const LocalScope& scope, const EngineRef& engine) = 0;
+    virtual Value run(const LocalScope& scope, const EngineRef& engine) const = 0;
 
     RuntimeExecute() = default;
     RuntimeExecute(const RuntimeExecute&) = default;
@@ -38,6 +38,9 @@ protected:
 
 using RuntimeExecutePtr = std::unique_ptr<RuntimeExecute>;
 using StatementList = std::vector<RuntimeExecutePtr>;
+// Statements that several owners run: the cards of one template share the
+// bodies of its functions and events (no script node changes as it runs).
+using SharedStatements = std::shared_ptr<const StatementList>;
 
 inline bool isCompleted(const Value& completion) noexcept
 {

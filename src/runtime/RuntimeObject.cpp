@@ -2,7 +2,7 @@
 
 namespace Mero {
 
-void RuntimeObject::observe(const EngineRef&, const ObserverPtr&)
+void RuntimeObject::observe(const EngineRef&, const ObserverPtr&) const
 {
     // Most expressions read no UI variable: nothing to register.
 }

@@ -27,16 +27,16 @@ public:
 
     // Evaluates in `scope`. Each evaluation is one step of the entry's
     // budget and one level of nesting; past either bound it gives null.
-    Value value(const LocalScope& scope, const EngineRef& engine)
+    Value value(const LocalScope& scope, const EngineRef& engine) const
     {
         ScriptStep step;
         return step.allowed() ? evaluate(scope, engine) : Value();
     }
-    virtual bool isDynamic() { return false; }
-    virtual void observe(const EngineRef& engine, const ObserverPtr& callback);
+    virtual bool isDynamic() const { return false; }
+    virtual void observe(const EngineRef& engine, const ObserverPtr& callback) const;
 
 protected:
-    virtual Value evaluate(const LocalScope& scope, const EngineRef& engine) = 0;
+    virtual Value evaluate(const LocalScope& scope, const EngineRef& engine) const = 0;
 
     RuntimeObject() = default;
     RuntimeObject(const RuntimeObject&) = default;

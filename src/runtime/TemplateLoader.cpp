@@ -22,26 +22,17 @@ ObjectPtr uiVariablesOf(const Value& variables)
     return variables.is(Kind::Object) ? deepCopy(variables).objectPtr() : std::make_shared<ValueObject>();
 }
 
-std::unique_ptr<CustomFunction> loadFunction(const Value& entry)
+std::unique_ptr<CustomFunction> cardFunction(const TemplateScript::Function& function)
 {
-    std::vector<std::string> parameters;
-    for (const Value& parameter : memberOf(entry, "a").array()) {
-        parameters.push_back(parameter.string());
-    }
-    // The defaults are the card's own too: a body may change a default it
-    // was handed in place, and that change stays with the card.
-    return std::make_unique<CustomFunction>(memberOf(entry, "n").string(), std::move(parameters),
-                                            deepCopy(memberOf(entry, "defaultArgs")).arrayPtr(),
-                                            buildStatementList(entry, "b"));
+    // The defaults are the card's own: a body may change a default it was
+    // handed in place, and that change stays with the card.
+    return std::make_unique<CustomFunction>(function.name, function.parameters,
+                                            deepCopy(function.defaultArgs).arrayPtr(), function.body);
 }
 
-EventHandlerPtr loadEvent(const Value& entry)
+EventHandlerPtr cardEvent(const TemplateScript::Event& event)
 {
-    // Only a list of exactly one parameter names the payload.
-    const ValueArray& parameters = memberOf(entry, "a").array();
-    std::string parameterName = parameters.size() == 1 ? parameters.front().string() : std::string();
-    return std::make_shared<EventHandler>(memberOf(entry, "n").string(), std::move(parameterName),
-                                          buildStatementList(entry, "b"));
+    return std::make_shared<EventHandler>(event.name, event.parameterName, event.body);
 }
 
 }  // namespace
@@ -62,16 +53,24 @@ void RuntimeEngine::loadTemplate(const char* text, std::size_t length)
 
     // Functions and handlers already in the tables (an earlier load) win:
     // the first definition of a name is kept.
-    for (const Value& entry : memberOf(root, "functions").array()) {
-        std::unique_ptr<CustomFunction> function = loadFunction(entry);
-        std::string name = function->name();
-        registerFunction(std::move(name), std::move(function));
-    }
-    registerBuiltinFunctions(*this);
-    for (const Value& entry : memberOf(root, "events").array()) {
-        EventHandlerPtr handler = loadEvent(entry);
-        std::string name = handler->name;
-        registerEvent(std::move(name), std::move(handler));
+    if (const std::shared_ptr<const TemplateScript> shared = template_->script()) {
+        for (const TemplateScript::Function& function : shared->functions) {
+            registerFunction(function.name, cardFunction(function));
+        }
+        registerBuiltinFunctions(*this);
+        for (const TemplateScript::Event& event : shared->events) {
+            registerEvent(event.name, cardEvent(event));
+        }
+    } else {
+        for (const Value& entry : memberOf(root, "functions").array()) {
+            const TemplateScript::Function function = functionOf(entry);
+            registerFunction(function.name, cardFunction(function));
+        }
+        registerBuiltinFunctions(*this);
+        for (const Value& entry : memberOf(root, "events").array()) {
+            const TemplateScript::Event event = eventOf(entry);
+            registerEvent(event.name, cardEvent(event));
+        }
     }
     ++templatesLoaded_;
 }

@@ -1,6 +1,7 @@
 // The engine's one way of reporting script-level misuse.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace Mero {
@@ -13,5 +14,22 @@ extern bool debugMode;
 // debugMode is set, throws std::runtime_error carrying the message. Callers go
 // on with their fallback when it returns.
 void reportError(std::string_view message);
+
+// While one lives, the reports made on its thread are counted instead of
+// printed or thrown: for work tried once on behalf of many cards, which is
+// done again, reporting, when it met an error.
+class QuietReports {
+public:
+    QuietReports() noexcept;
+    ~QuietReports();
+    QuietReports(const QuietReports&) = delete;
+    QuietReports& operator=(const QuietReports&) = delete;
+
+    std::size_t count() const noexcept { return count_; }
+
+private:
+    std::size_t count_ = 0;
+    std::size_t* outer_;
+};
 
 }  // namespace Mero

@@ -4,6 +4,7 @@
 
 #include "runtime/RuntimeEngine.h"
 #include "support/CanonicalJson.h"
+#include "support/HostileCards.h"
 #include "support/ReportedErrors.h"
 #include "support/TemplateHarness.h"
 
@@ -150,5 +151,19 @@ TEST(TemplateLoader, BrokenTemplatesLoadWhatCanBeRead)
         };
         EXPECT_EQ(MeroTest::thrownMessage(load), *message ? message : "<nothing thrown>") << text;
         EXPECT_EQ(MeroTest::printedOutput(load), *message ? std::string(message) + "\n" : "") << text;
+    }
+}
+
+// The cards of a template share its built functions and events, unless
+// building them reports: then every card builds its own and reports alike,
+// once, and in debug mode each throws.
+TEST(TemplateLoader, EveryCardOfATemplateReportsItsScriptAlike)
+{
+    const std::string text = R"({"events": [{"n": "go", "a": [], "b": [{"$": 4, "n": "x", "value": )" +
+                             MeroTest::nestedConditional(70) + "}]}]}";
+    const std::string message = "script node nesting exceeds the limit of 64 levels";
+    for (int card = 0; card < 2; ++card) {
+        EXPECT_EQ(MeroTest::printedOutput([&] { TemplateHarness loaded(text); }), message + "\n") << card;
+        EXPECT_EQ(MeroTest::thrownMessage([&] { TemplateHarness loaded(text); }), message) << card;
     }
 }

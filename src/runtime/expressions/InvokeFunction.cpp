@@ -31,7 +31,7 @@ void traceInvoke(const std::string& name, const std::vector<Value>& args)
 
 }  // namespace
 
-Value InvokeFunction::evaluate(const LocalScope& scope, const EngineRef& engine)
+Value InvokeFunction::evaluate(const LocalScope& scope, const EngineRef& engine) const
 {
     std::vector<Value> args;
     args.reserve(arguments_.size());
@@ -77,20 +77,20 @@ Value InvokeFunction::callee(const LocalScope& scope, const EngineRef& engine, s
     return Value();
 }
 
-bool InvokeFunction::isDynamic()
+bool InvokeFunction::isDynamic() const
 {
     return std::any_of(arguments_.begin(), arguments_.end(),
                        [](const RuntimeObjectPtr& argument) { return argument->isDynamic(); });
 }
 
-void InvokeFunction::observe(const EngineRef& engine, const ObserverPtr& callback)
+void InvokeFunction::observe(const EngineRef& engine, const ObserverPtr& callback) const
 {
     for (const RuntimeObjectPtr& argument : arguments_) {
         argument->observe(engine, callback);
     }
 }
 
-Value InvokeFunction::run(const LocalScope& scope, const EngineRef& engine)
+Value InvokeFunction::run(const LocalScope& scope, const EngineRef& engine) const
 {
     // The statement's own step covers the call: evaluate, not value().
     evaluate(scope, engine);

@@ -17,13 +17,13 @@ public:
 
     // Evaluates the arguments left to right and calls: a callback held by a
     // local of that name first, else the engine's function table.
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
-    bool isDynamic() override;
-    void observe(const EngineRef& engine, const ObserverPtr& callback) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
+    bool isDynamic() const override;
+    void observe(const EngineRef& engine, const ObserverPtr& callback) const override;
 
     // As a statement the result is dropped: a function's return never stops
     // the list it is called from.
-    Value run(const LocalScope& scope, const EngineRef& engine) override;
+    Value run(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     // The call, charged by the size of what it is handed and hands back.

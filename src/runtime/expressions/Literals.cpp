@@ -16,12 +16,12 @@ bool anyDynamic(const std::vector<RuntimeObjectPtr>& children)
 
 }  // namespace
 
-Value RuntimeBasic::evaluate(const LocalScope&, const EngineRef&)
+Value RuntimeBasic::evaluate(const LocalScope&, const EngineRef&) const
 {
     return constant_;
 }
 
-Value RuntimeJson::evaluate(const LocalScope& scope, const EngineRef& engine)
+Value RuntimeJson::evaluate(const LocalScope& scope, const EngineRef& engine) const
 {
     Value result = Value::makeObject();
     ValueObject& object = result.object();
@@ -31,12 +31,12 @@ Value RuntimeJson::evaluate(const LocalScope& scope, const EngineRef& engine)
     return result;
 }
 
-bool RuntimeJson::isDynamic()
+bool RuntimeJson::isDynamic() const
 {
     return std::any_of(members_.begin(), members_.end(), [](const auto& member) { return member.second->isDynamic(); });
 }
 
-Value RuntimeArray::evaluate(const LocalScope& scope, const EngineRef& engine)
+Value RuntimeArray::evaluate(const LocalScope& scope, const EngineRef& engine) const
 {
     ValueArray elements;
     elements.reserve(elements_.size());
@@ -46,12 +46,12 @@ Value RuntimeArray::evaluate(const LocalScope& scope, const EngineRef& engine)
     return Value::makeArray(std::move(elements));
 }
 
-bool RuntimeArray::isDynamic()
+bool RuntimeArray::isDynamic() const
 {
     return anyDynamic(elements_);
 }
 
-Value RuntimeSpreadArray::evaluate(const LocalScope& scope, const EngineRef& engine)
+Value RuntimeSpreadArray::evaluate(const LocalScope& scope, const EngineRef& engine) const
 {
     ValueArray elements;
     for (const RuntimeObjectPtr& part : parts_) {
@@ -73,12 +73,12 @@ Value RuntimeSpreadArray::evaluate(const LocalScope& scope, const EngineRef& eng
     return Value::makeArray(std::move(elements));
 }
 
-bool RuntimeSpreadArray::isDynamic()
+bool RuntimeSpreadArray::isDynamic() const
 {
     return anyDynamic(parts_);
 }
 
-Value RuntimeSpreadObject::evaluate(const LocalScope& scope, const EngineRef& engine)
+Value RuntimeSpreadObject::evaluate(const LocalScope& scope, const EngineRef& engine) const
 {
     Value result = Value::makeObject();
     ValueObject& object = result.object();
@@ -102,7 +102,7 @@ Value RuntimeSpreadObject::evaluate(const LocalScope& scope, const EngineRef& en
     return result;
 }
 
-bool RuntimeSpreadObject::isDynamic()
+bool RuntimeSpreadObject::isDynamic() const
 {
     return anyDynamic(parts_);
 }

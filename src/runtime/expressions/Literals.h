@@ -17,7 +17,7 @@ namespace Mero {
 class RuntimeBasic final : public RuntimeObject {
 public:
     explicit RuntimeBasic(Value constant) : constant_(std::move(constant)) {}
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     Value constant_;
@@ -29,8 +29,8 @@ class RuntimeJson final : public RuntimeObject {
 public:
     using Members = std::vector<std::pair<std::string, RuntimeObjectPtr>>;
     explicit RuntimeJson(Members members) : members_(std::move(members)) {}
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
-    bool isDynamic() override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
+    bool isDynamic() const override;
 
 private:
     Members members_;
@@ -40,8 +40,8 @@ private:
 class RuntimeArray final : public RuntimeObject {
 public:
     explicit RuntimeArray(std::vector<RuntimeObjectPtr> elements) : elements_(std::move(elements)) {}
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
-    bool isDynamic() override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
+    bool isDynamic() const override;
 
 private:
     std::vector<RuntimeObjectPtr> elements_;
@@ -51,8 +51,8 @@ private:
 class RuntimeSpreadArray final : public RuntimeObject {
 public:
     explicit RuntimeSpreadArray(std::vector<RuntimeObjectPtr> parts) : parts_(std::move(parts)) {}
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
-    bool isDynamic() override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
+    bool isDynamic() const override;
 
 private:
     std::vector<RuntimeObjectPtr> parts_;
@@ -62,8 +62,8 @@ private:
 class RuntimeSpreadObject final : public RuntimeObject {
 public:
     explicit RuntimeSpreadObject(std::vector<RuntimeObjectPtr> parts) : parts_(std::move(parts)) {}
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
-    bool isDynamic() override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
+    bool isDynamic() const override;
 
 private:
     std::vector<RuntimeObjectPtr> parts_;

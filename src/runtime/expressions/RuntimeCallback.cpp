@@ -46,7 +46,7 @@ RuntimeCallback::RuntimeCallback(const Value& node)
     definition_ = std::move(definition);
 }
 
-Value RuntimeCallback::evaluate(const LocalScope& scope, const EngineRef& engine)
+Value RuntimeCallback::evaluate(const LocalScope& scope, const EngineRef& engine) const
 {
     auto callable =
         std::make_shared<ValueCallback>([definition = definition_, scope, engine](std::vector<Value>&& args) {

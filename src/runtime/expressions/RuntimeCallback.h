@@ -15,7 +15,7 @@ class RuntimeCallback final : public RuntimeObject {
 public:
     // Reads "a" (parameter names) and "b" (body statements) of the node.
     explicit RuntimeCallback(const Value& node);
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
 
     // What every callback made from this node runs. Statements keep no state
     // of their own, so the body is built once, when the node is loaded, and

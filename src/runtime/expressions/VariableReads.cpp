@@ -18,12 +18,12 @@ Value lookUp(const ValueObject* table, const std::string& name)
 
 }  // namespace
 
-Value RuntimeLocalVariable::evaluate(const LocalScope& scope, const EngineRef&)
+Value RuntimeLocalVariable::evaluate(const LocalScope& scope, const EngineRef&) const
 {
     return lookUp(scope.get(), name_);
 }
 
-Value RuntimeVariable::evaluate(const LocalScope&, const EngineRef& engine)
+Value RuntimeVariable::evaluate(const LocalScope&, const EngineRef& engine) const
 {
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
@@ -33,14 +33,14 @@ Value RuntimeVariable::evaluate(const LocalScope&, const EngineRef& engine)
     return lookUp(runtime->uiVariables.get(), name_);
 }
 
-void RuntimeVariable::observe(const EngineRef& engine, const ObserverPtr& callback)
+void RuntimeVariable::observe(const EngineRef& engine, const ObserverPtr& callback) const
 {
     if (std::shared_ptr<RuntimeEngine> runtime = engine.lock()) {
         runtime->addObserver(name_, callback);
     }
 }
 
-Value RuntimeGlobalRef::evaluate(const LocalScope&, const EngineRef& engine)
+Value RuntimeGlobalRef::evaluate(const LocalScope&, const EngineRef& engine) const
 {
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
@@ -50,7 +50,7 @@ Value RuntimeGlobalRef::evaluate(const LocalScope&, const EngineRef& engine)
     return lookUp(runtime->globalVariables.get(), name_);
 }
 
-Value RuntimeMaterial::evaluate(const LocalScope&, const EngineRef& engine)
+Value RuntimeMaterial::evaluate(const LocalScope&, const EngineRef& engine) const
 {
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {

@@ -12,7 +12,7 @@ namespace Mero {
 class RuntimeLocalVariable final : public RuntimeObject {
 public:
     explicit RuntimeLocalVariable(std::string name) : name_(std::move(name)) {}
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     std::string name_;
@@ -23,9 +23,9 @@ private:
 class RuntimeVariable final : public RuntimeObject {
 public:
     explicit RuntimeVariable(std::string name) : name_(std::move(name)) {}
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
-    bool isDynamic() override { return true; }
-    void observe(const EngineRef& engine, const ObserverPtr& callback) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
+    bool isDynamic() const override { return true; }
+    void observe(const EngineRef& engine, const ObserverPtr& callback) const override;
 
 private:
     std::string name_;
@@ -34,7 +34,7 @@ private:
 class RuntimeGlobalRef final : public RuntimeObject {
 public:
     explicit RuntimeGlobalRef(std::string name) : name_(std::move(name)) {}
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     std::string name_;
@@ -45,7 +45,7 @@ private:
 class RuntimeMaterial final : public RuntimeObject {
 public:
     explicit RuntimeMaterial(std::string name) : name_(std::move(name)) {}
-    Value evaluate(const LocalScope& scope, const EngineRef& engine) override;
+    Value evaluate(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     std::string name_;

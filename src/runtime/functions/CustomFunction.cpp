@@ -6,7 +6,7 @@
 namespace Mero {
 
 CustomFunction::CustomFunction(std::string name, std::vector<std::string> parameters, ArrayPtr defaultArgs,
-                               StatementList body)
+                               SharedStatements body)
     : name_(std::move(name)),
       parameters_(std::move(parameters)),
       defaultArgs_(std::move(defaultArgs)),
@@ -50,7 +50,7 @@ Value CustomFunction::invoke(ArgList&& args, const EngineRef& engine)
     }
     // Hold the scope: the body may reach this function again.
     LocalScope scope = scope_;
-    Value completion = runStatements(body_, scope, engine);
+    Value completion = runStatements(*body_, scope, engine);
     return isCompleted(completion) ? Value() : completion;
 }
 

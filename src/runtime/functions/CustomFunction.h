@@ -14,7 +14,8 @@ class CustomFunction final : public MRFunction {
 public:
     // `defaultArgs` is the card's own copy of the template's array; it may be empty or
     // null (no defaults).
-    CustomFunction(std::string name, std::vector<std::string> parameters, ArrayPtr defaultArgs, StatementList body);
+    CustomFunction(std::string name, std::vector<std::string> parameters, ArrayPtr defaultArgs,
+                   SharedStatements body);
 
     ~CustomFunction() override;
     CustomFunction(const CustomFunction&) = delete;
@@ -31,7 +32,7 @@ private:
     std::string name_;
     std::vector<std::string> parameters_;
     ArrayPtr defaultArgs_;
-    StatementList body_;
+    SharedStatements body_;
     // One map, made at the first call and reused (cleared) by every call.
     LocalScope scope_;
 };

@@ -20,7 +20,7 @@ void traceSet(const char* table, const std::string& name, const Value& value)
 
 }  // namespace
 
-Value SetLocalVar::run(const LocalScope& scope, const EngineRef& engine)
+Value SetLocalVar::run(const LocalScope& scope, const EngineRef& engine) const
 {
     Value value = value_->value(scope, engine);
     // Statements always run in a scope; a missing one has nowhere to store.
@@ -33,7 +33,7 @@ Value SetLocalVar::run(const LocalScope& scope, const EngineRef& engine)
     return completed();
 }
 
-Value SetVariable::run(const LocalScope& scope, const EngineRef& engine)
+Value SetVariable::run(const LocalScope& scope, const EngineRef& engine) const
 {
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {
@@ -52,7 +52,7 @@ Value SetVariable::run(const LocalScope& scope, const EngineRef& engine)
     return completed();
 }
 
-Value SetGlobalVar::run(const LocalScope& scope, const EngineRef& engine)
+Value SetGlobalVar::run(const LocalScope& scope, const EngineRef& engine) const
 {
     std::shared_ptr<RuntimeEngine> runtime = engine.lock();
     if (!runtime) {

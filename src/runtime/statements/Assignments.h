@@ -11,7 +11,7 @@ namespace Mero {
 class SetLocalVar final : public RuntimeExecute {
 public:
     SetLocalVar(std::string name, RuntimeObjectPtr value) : name_(std::move(name)), value_(std::move(value)) {}
-    Value run(const LocalScope& scope, const EngineRef& engine) override;
+    Value run(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     std::string name_;
@@ -23,7 +23,7 @@ private:
 class SetVariable final : public RuntimeExecute {
 public:
     SetVariable(std::string name, RuntimeObjectPtr value) : name_(std::move(name)), value_(std::move(value)) {}
-    Value run(const LocalScope& scope, const EngineRef& engine) override;
+    Value run(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     std::string name_;
@@ -34,7 +34,7 @@ private:
 class SetGlobalVar final : public RuntimeExecute {
 public:
     SetGlobalVar(std::string name, RuntimeObjectPtr value) : name_(std::move(name)), value_(std::move(value)) {}
-    Value run(const LocalScope& scope, const EngineRef& engine) override;
+    Value run(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     std::string name_;

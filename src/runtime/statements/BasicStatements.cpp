@@ -2,22 +2,22 @@
 
 namespace Mero {
 
-Value RuntimeExecuteNull::run(const LocalScope&, const EngineRef&)
+Value RuntimeExecuteNull::run(const LocalScope&, const EngineRef&) const
 {
     return completed();
 }
 
-Value BreakValue::run(const LocalScope&, const EngineRef&)
+Value BreakValue::run(const LocalScope&, const EngineRef&) const
 {
     return Value(Kind::Break);
 }
 
-Value ContinueValue::run(const LocalScope&, const EngineRef&)
+Value ContinueValue::run(const LocalScope&, const EngineRef&) const
 {
     return Value(Kind::Continue);
 }
 
-Value ReturnValue::run(const LocalScope& scope, const EngineRef& engine)
+Value ReturnValue::run(const LocalScope& scope, const EngineRef& engine) const
 {
     return returnValue_->value(scope, engine);
 }

@@ -2,7 +2,7 @@
 
 namespace Mero {
 
-Value Condition::run(const LocalScope& scope, const EngineRef& engine)
+Value Condition::run(const LocalScope& scope, const EngineRef& engine) const
 {
     std::size_t i = 0;
     for (; i < conditions_.size(); ++i) {

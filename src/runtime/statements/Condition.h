@@ -14,7 +14,7 @@ public:
     Condition(std::vector<RuntimeObjectPtr> conditions, std::vector<StatementList> branches)
         : conditions_(std::move(conditions)), branches_(std::move(branches))
     {}
-    Value run(const LocalScope& scope, const EngineRef& engine) override;
+    Value run(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     std::vector<RuntimeObjectPtr> conditions_;

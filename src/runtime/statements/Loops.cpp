@@ -29,7 +29,7 @@ bool While::test(const LocalScope& scope, const EngineRef& engine) const
     return condition.boolean();
 }
 
-Value While::run(const LocalScope& scope, const EngineRef& engine)
+Value While::run(const LocalScope& scope, const EngineRef& engine) const
 {
     if (!isDoWhile_ && !test(scope, engine)) {
         return Value();
@@ -47,7 +47,7 @@ Value While::run(const LocalScope& scope, const EngineRef& engine)
     return Value();
 }
 
-Value ForRange::run(const LocalScope& scope, const EngineRef& engine)
+Value ForRange::run(const LocalScope& scope, const EngineRef& engine) const
 {
     if (body_.empty()) {
         return completed();
@@ -97,7 +97,7 @@ bool ForOf::runRound(const LocalScope& scope, const EngineRef& engine, double in
     return false;
 }
 
-Value ForOf::run(const LocalScope& scope, const EngineRef& engine)
+Value ForOf::run(const LocalScope& scope, const EngineRef& engine) const
 {
     if (body_.empty() || !scope) {
         return completed();

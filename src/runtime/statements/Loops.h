@@ -16,7 +16,7 @@ public:
     While(bool isDoWhile, RuntimeObjectPtr condition, StatementList body)
         : isDoWhile_(isDoWhile), condition_(std::move(condition)), body_(std::move(body))
     {}
-    Value run(const LocalScope& scope, const EngineRef& engine) override;
+    Value run(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     bool test(const LocalScope& scope, const EngineRef& engine) const;
@@ -36,7 +36,7 @@ public:
           index_(std::move(index)),
           body_(std::move(body))
     {}
-    Value run(const LocalScope& scope, const EngineRef& engine) override;
+    Value run(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     RuntimeObjectPtr startIndex_;
@@ -52,7 +52,7 @@ public:
     ForOf(RuntimeObjectPtr target, std::string index, std::string item, StatementList body)
         : target_(std::move(target)), index_(std::move(index)), item_(std::move(item)), body_(std::move(body))
     {}
-    Value run(const LocalScope& scope, const EngineRef& engine) override;
+    Value run(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     // Runs the body once with index and item set; answers false when the

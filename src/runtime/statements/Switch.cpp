@@ -15,7 +15,7 @@ bool Switch::matches(std::size_t index, const LocalScope& scope, const EngineRef
     return false;
 }
 
-Value Switch::run(const LocalScope& scope, const EngineRef& engine)
+Value Switch::run(const LocalScope& scope, const EngineRef& engine) const
 {
     bool matched = false;
     for (std::size_t i = 0; i < cases_.size(); ++i) {

@@ -19,7 +19,7 @@ public:
           bodies_(std::move(bodies)),
           defaultBody_(std::move(defaultBody))
     {}
-    Value run(const LocalScope& scope, const EngineRef& engine) override;
+    Value run(const LocalScope& scope, const EngineRef& engine) const override;
 
 private:
     bool matches(std::size_t index, const LocalScope& scope, const EngineRef& engine) const;
