@@ -1,14 +1,13 @@
 // The business data the host sets, and what of it a card keeps.
-#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <mutex>
-#include <unordered_map>
 #include <vector>
 
 #include "runtime/ParsedTemplate.h"
 #include "runtime/RuntimeEngine.h"
 #include "value/TextHash.h"
+#include "value/WeakTable.h"
 
 namespace Mero {
 
@@ -33,34 +32,18 @@ public:
         // Whatever was looked at is let go after the unlock: declared first.
         std::vector<DataLeftOutPtr> looked;
         std::lock_guard lock(mutex_);
-        auto [first, last] = byHash_.equal_range(hash);
-        for (auto it = first; it != last; ++it) {
-            DataLeftOutPtr held = it->second.lock();
-            if (held && *held == leftOut) {
-                return held;
-            }
-            looked.push_back(std::move(held));
+        if (DataLeftOutPtr held = byText_.find(
+                hash, [&](const DataLeftOut& other) { return other == leftOut; }, looked)) {
+            return held;
         }
-        dropExpired();
         auto made = std::make_shared<const DataLeftOut>(std::move(leftOut));
-        byHash_.emplace(hash, made);
+        byText_.add(hash, made);
         return made;
     }
 
 private:
-    // Entries of what no card holds any more, once they are as many as the rest.
-    void dropExpired()
-    {
-        if (byHash_.size() < compactAt_) {
-            return;
-        }
-        std::erase_if(byHash_, [](const auto& entry) { return entry.second.expired(); });
-        compactAt_ = std::max<std::size_t>(16, 2 * byHash_.size());
-    }
-
     std::mutex mutex_;
-    std::unordered_multimap<std::size_t, std::weak_ptr<const DataLeftOut>> byHash_;
-    std::size_t compactAt_ = 16;
+    WeakTable<DataLeftOut> byText_;
 };
 
 DataLeftOutPtr shareLeftOut(DataLeftOut leftOut)

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <deque>
 #include <mutex>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "value/JsonParser.h"
 #include "value/TextHash.h"
+#include "value/WeakTable.h"
 
 namespace Mero {
 
@@ -31,16 +31,12 @@ public:
         std::vector<ParsedTemplatePtr> looked;
         std::deque<ParsedTemplatePtr> dropped;
         std::lock_guard lock(mutex_);
-        auto [first, last] = byHash_.equal_range(hash);
-        for (auto it = first; it != last; ++it) {
-            ParsedTemplatePtr found = it->second.lock();
-            if (found && *found->text() == text) {
-                dropped = keepRecent(found);
-                return found;
-            }
-            looked.push_back(std::move(found));
+        ParsedTemplatePtr found = byText_.find(
+            hash, [text](const ParsedTemplate& parsed) { return *parsed.text() == text; }, looked);
+        if (found) {
+            dropped = keepRecent(found);
         }
-        return nullptr;
+        return found;
     }
 
     void add(const ParsedTemplatePtr& parsed, std::size_t hash)
@@ -48,8 +44,7 @@ public:
         std::deque<ParsedTemplatePtr> dropped;
         {
             std::lock_guard lock(mutex_);
-            dropExpired();
-            byHash_.emplace(hash, parsed);
+            byText_.add(hash, parsed);
             dropped = keepRecent(parsed);
         }
         // Templates that no card holds any more are freed here, unlocked.
@@ -61,18 +56,14 @@ public:
         std::lock_guard lock(mutex_);
         dropped.swap(recent_);
         recentBytes_ = 0;
-        dropExpired();
+        byText_.dropExpired();
         // `dropped` is freed after the unlock: it is declared first.
     }
 
     std::size_t sharedCount()
     {
         std::lock_guard lock(mutex_);
-        std::size_t count = 0;
-        for (const auto& entry : byHash_) {
-            count += entry.second.expired() ? 0 : 1;
-        }
-        return count;
+        return byText_.liveCount();
     }
 
 private:
@@ -104,21 +95,10 @@ private:
         return dropped;
     }
 
-    // Entries of readings that are gone, once they are as many as the rest.
-    void dropExpired()
-    {
-        if (byHash_.size() < compactAt_) {
-            return;
-        }
-        std::erase_if(byHash_, [](const auto& entry) { return entry.second.expired(); });
-        compactAt_ = std::max<std::size_t>(16, 2 * byHash_.size());
-    }
-
     std::mutex mutex_;
-    std::unordered_multimap<std::size_t, std::weak_ptr<const ParsedTemplate>> byHash_;
+    WeakTable<ParsedTemplate> byText_;
     std::deque<ParsedTemplatePtr> recent_;  // the most recent first
     std::size_t recentBytes_ = 0;
-    std::size_t compactAt_ = 16;
 };
 
 TemplateCache& cache()

@@ -14,8 +14,7 @@ class CustomFunction final : public MRFunction {
 public:
     // `defaultArgs` is the card's own copy of the template's array; it may be empty or
     // null (no defaults).
-    CustomFunction(std::string name, std::vector<std::string> parameters, ArrayPtr defaultArgs,
-                   SharedStatements body);
+    CustomFunction(std::string name, std::vector<std::string> parameters, ArrayPtr defaultArgs, SharedStatements body);
 
     ~CustomFunction() override;
     CustomFunction(const CustomFunction&) = delete;
