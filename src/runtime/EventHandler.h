@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "runtime/LocalScope.h"
 #include "runtime/RuntimeExecute.h"
@@ -15,8 +16,13 @@ namespace Mero {
 
 class EventHandler {
 public:
-    // A template handler; `parameterName` is empty when it takes none.
+    // A template handler; `parameterName` is empty when it takes none. The
+    // body may be shared with the handlers of other cards.
     EventHandler(std::string name, std::string parameterName, SharedStatements body);
+    EventHandler(std::string handlerName, std::string parameter, StatementList statements)
+        : EventHandler(std::move(handlerName), std::move(parameter),
+                       std::make_shared<const StatementList>(std::move(statements)))
+    {}
     // A handler registered from script: calls `callback` with the payload.
     EventHandler(std::string name, CallbackPtr callback);
 

@@ -32,9 +32,8 @@ protected:
     {
         const Mero::Value handler = Mero::JsonParser::read(R"({"b":)" + statements + "}");
         instance.runtime().removeEvent("do");
-        instance.runtime().registerEvent(
-            "do", std::make_shared<Mero::EventHandler>(
-                      "do", "", std::make_shared<const Mero::StatementList>(Mero::buildStatementList(handler, "b"))));
+        instance.runtime().registerEvent("do", std::make_shared<Mero::EventHandler>(
+                                                   "do", "", Mero::buildStatementList(handler, "b")));
         instance.sendEvent("do", "{}");
     }
 

@@ -1,7 +1,9 @@
 // CustomFunction: a function defined by the template's "functions".
 #pragma once
 
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "runtime/LocalScope.h"
@@ -14,7 +16,12 @@ class CustomFunction final : public MRFunction {
 public:
     // `defaultArgs` is the card's own copy of the template's array; it may be empty or
     // null (no defaults).
+    // The body may be shared with the functions of other cards.
     CustomFunction(std::string name, std::vector<std::string> parameters, ArrayPtr defaultArgs, SharedStatements body);
+    CustomFunction(std::string name, std::vector<std::string> parameters, ArrayPtr defaultArgs, StatementList body)
+        : CustomFunction(std::move(name), std::move(parameters), std::move(defaultArgs),
+                         std::make_shared<const StatementList>(std::move(body)))
+    {}
 
     ~CustomFunction() override;
     CustomFunction(const CustomFunction&) = delete;
