@@ -38,6 +38,12 @@ public:
     void add(std::size_t hash, const Held& entry)
     {
         dropExpired();
+        // Entries under the same hash that nothing holds make room for it: a
+        // text made, let go and made again keeps one entry.
+        auto [first, last] = byHash_.equal_range(hash);
+        while (first != last) {
+            first = first->second.expired() ? byHash_.erase(first) : std::next(first);
+        }
         byHash_.emplace(hash, entry);
     }
 
