@@ -58,6 +58,9 @@ public:
         compactAt_ = std::max<std::size_t>(16, 2 * byHash_.size());
     }
 
+    // Entries, those of what nothing holds any more included.
+    std::size_t size() const { return byHash_.size(); }
+
     std::size_t liveCount() const
     {
         return static_cast<std::size_t>(
