@@ -128,33 +128,6 @@ void applySize(const YogaEffect& effect, YGNodeRef node, YGValue size)
     }
 }
 
-// Where each common style value is kept: what a new host view starts from.
-float StyleCache::*numberField(Property property)
-{
-    switch (property) {
-    case Property::CornerLeftTop: return &StyleCache::cornerLeftTop;
-    case Property::CornerRightTop: return &StyleCache::cornerRightTop;
-    case Property::CornerRightBottom: return &StyleCache::cornerRightBottom;
-    case Property::CornerLeftBottom: return &StyleCache::cornerLeftBottom;
-    case Property::Opacity: return &StyleCache::opacity;
-    case Property::ScaleX: return &StyleCache::scaleX;
-    case Property::ScaleY: return &StyleCache::scaleY;
-    case Property::AnchorPointX: return &StyleCache::anchorPointX;
-    case Property::AnchorPointY: return &StyleCache::anchorPointY;
-    case Property::RotationX: return &StyleCache::rotationX;
-    case Property::RotationY: return &StyleCache::rotationY;
-    case Property::RotationZ: return &StyleCache::rotationZ;
-    case Property::TranslateX: return &StyleCache::translateX;
-    case Property::TranslateY: return &StyleCache::translateY;
-    default: return nullptr;
-    }
-}
-
-std::string StyleCache::*textField(Property property)
-{
-    return property == Property::BackgroundColor ? &StyleCache::backgroundColor : &StyleCache::borderColor;
-}
-
 Gradient readGradient(const Value& element)
 {
     Gradient gradient;
@@ -253,40 +226,69 @@ const StyleCache& ViewRenderNode::defaultStyle()
     // What a node whose element sets no style property binds.
     static const StyleCache style = [] {
         StyleCache defaults;
-        for (Property property : commonProperties()) {
-            const PropertyInfo& row = info(property);
-            if (row.input == PropertyInput::Text) {
-                defaults.*textField(row.property) = slotText(Value(row.textDefault));
-            } else if (row.input == PropertyInput::Number && numberField(row.property) != nullptr) {
-                defaults.*numberField(row.property) = static_cast<float>(row.numberDefault);
-            }
+        for (const auto& field : PackedField::styleTexts) {
+            defaults.*field.member = slotText(Value(info(field.property).textDefault));
+        }
+        for (const auto& field : PackedField::styleNumbers) {
+            defaults.*field.member = static_cast<float>(info(field.property).numberDefault);
         }
         return defaults;
     }();
     return style;
 }
 
-StyleCache& ViewRenderNode::mutableStyle()
+StyleCache ViewRenderNode::style() const
 {
-    if (!style_) {
-        style_ = std::make_unique<StyleCache>(defaultStyle());
+    StyleCache style = defaultStyle();
+    for (std::size_t i = 0; i < PackedField::styleTexts.size(); ++i) {
+        if (const std::string* text = styleAndInsets_.text(i)) {
+            style.*PackedField::styleTexts[i].member = *text;
+        }
     }
-    return *style_;
+    for (std::size_t i = 0; i < PackedField::styleNumbers.size(); ++i) {
+        if (const float* number = styleAndInsets_.number(i)) {
+            style.*PackedField::styleNumbers[i].member = *number;
+        }
+    }
+    return style;
+}
+
+const std::string& ViewRenderNode::styleText(Property property) const
+{
+    const int field = PackedField::of(PackedField::styleTexts, property);
+    if (field < 0) {
+        static const std::string none;
+        return none;
+    }
+    const std::string* text = styleAndInsets_.text(field);
+    return text != nullptr ? *text : defaultStyle().*PackedField::styleTexts[field].member;
+}
+
+float ViewRenderNode::styleNumber(Property property) const
+{
+    const int field = PackedField::of(PackedField::styleNumbers, property);
+    if (field < 0) {
+        return 0.0F;
+    }
+    const float* number = styleAndInsets_.number(field);
+    return number != nullptr ? *number : defaultStyle().*PackedField::styleNumbers[field].member;
+}
+
+void ViewRenderNode::storeStyleText(unsigned field, std::string value)
+{
+    const std::string* current = styleAndInsets_.text(field);
+    if (value != (current != nullptr ? *current : defaultStyle().*PackedField::styleTexts[field].member)) {
+        styleAndInsets_.setText(field, std::move(value));
+    }
 }
 
 // Bit for bit, so that a -0 is kept as it was bound.
-template <typename Field, typename Set>
-void ViewRenderNode::storeStyle(Field field, const Set& value)
+void ViewRenderNode::storeStyleNumber(unsigned field, float value)
 {
-    const auto& current = style().*field;
-    bool same = false;
-    if constexpr (std::is_same_v<Set, float>) {
-        same = std::bit_cast<uint32_t>(current) == std::bit_cast<uint32_t>(value);
-    } else {
-        same = current == value;
-    }
-    if (!same) {
-        mutableStyle().*field = value;
+    const float* current = styleAndInsets_.number(field);
+    const float was = current != nullptr ? *current : defaultStyle().*PackedField::styleNumbers[field].member;
+    if (std::bit_cast<uint32_t>(was) != std::bit_cast<uint32_t>(value)) {
+        styleAndInsets_.setNumber(field, value);
     }
 }
 
@@ -310,18 +312,22 @@ void ViewRenderNode::bindStyleProperty(const Value* member, const PropertyInfo& 
     // The first value is only cached: the host view is made from it.
     if (row.input == PropertyInput::Text) {
         bindValue(member, Value(row.textDefault),
-                  [this, field = textField(row.property), queue](Value colour, bool initial) {
+                  [this, field = row.property == Property::BackgroundColor ? 0U : 1U, queue](Value colour,
+                                                                                             bool initial) {
                       // Kept as the text a new view would be given, so that a
                       // colour bound to a number shows alike either way.
-                      storeStyle(field, slotText(colour));
+                      storeStyleText(field, slotText(colour));
                       if (!initial) {
                           queue(std::move(colour));
                       }
                   });
         return;
     }
-    auto store = [this, field = numberField(row.property), queue](double number, bool initial) {
-        storeStyle(field, static_cast<float>(number));
+    const int field = PackedField::of(PackedField::styleNumbers, row.property);
+    auto store = [this, field, queue](double number, bool initial) {
+        if (field >= 0) {
+            storeStyleNumber(field, static_cast<float>(number));
+        }
         if (!initial) {
             queue(number);
         }

@@ -56,22 +56,22 @@ Value evaluatedOnce(const Value& element, Property property, const LocalScope& s
 // bottom. Both are read in the edge order left, top, right, bottom.
 struct EdgeResult {
     YGEdge edge;
-    float LayoutInsets::*cached;
+    unsigned field;  // among the node's packed numbers
     uint32_t propertyId;
 };
 
 constexpr std::array<EdgeResult, 4> paddingResults{{
-    {YGEdgeLeft, &LayoutInsets::paddingLeft, hostIdOf(Property::PaddingLeft)},
-    {YGEdgeTop, &LayoutInsets::paddingTop, hostIdOf(Property::PaddingTop)},
-    {YGEdgeRight, &LayoutInsets::paddingRight, hostIdOf(Property::PaddingRight)},
-    {YGEdgeBottom, &LayoutInsets::paddingBottom, hostIdOf(Property::PaddingBottom)},
+    {YGEdgeLeft, PackedField::firstInset + 0, hostIdOf(Property::PaddingLeft)},
+    {YGEdgeTop, PackedField::firstInset + 1, hostIdOf(Property::PaddingTop)},
+    {YGEdgeRight, PackedField::firstInset + 2, hostIdOf(Property::PaddingRight)},
+    {YGEdgeBottom, PackedField::firstInset + 3, hostIdOf(Property::PaddingBottom)},
 }};
 
 constexpr std::array<EdgeResult, 4> borderResults{{
-    {YGEdgeLeft, &LayoutInsets::borderLeft, hostIdOf(Property::BorderLeft)},
-    {YGEdgeTop, &LayoutInsets::borderTop, hostIdOf(Property::BorderTop)},
-    {YGEdgeRight, &LayoutInsets::borderRight, hostIdOf(Property::BorderRight)},
-    {YGEdgeBottom, &LayoutInsets::borderBottom, hostIdOf(Property::BorderBottom)},
+    {YGEdgeLeft, PackedField::firstInset + 4, hostIdOf(Property::BorderLeft)},
+    {YGEdgeTop, PackedField::firstInset + 5, hostIdOf(Property::BorderTop)},
+    {YGEdgeRight, PackedField::firstInset + 6, hostIdOf(Property::BorderRight)},
+    {YGEdgeBottom, PackedField::firstInset + 7, hostIdOf(Property::BorderBottom)},
 }};
 
 }  // namespace
@@ -328,17 +328,25 @@ void ViewRenderNode::readLayout()
     readInsets(true);
 }
 
+LayoutCache ViewRenderNode::layout() const
+{
+    LayoutCache layout{frame_, {}};
+    for (std::size_t i = 0; i < PackedField::insets.size(); ++i) {
+        if (const float* inset = styleAndInsets_.number(PackedField::firstInset + i)) {
+            layout.*PackedField::insets[i] = *inset;
+        }
+    }
+    return layout;
+}
+
 void ViewRenderNode::readInsets(bool borders)
 {
     for (const EdgeResult& result : borders ? borderResults : paddingResults) {
         const float value = borders ? YGNodeLayoutGetBorder(yogaNode, result.edge)
                                     : YGNodeLayoutGetPadding(yogaNode, result.edge);
-        const float cached = insets_ ? (*insets_).*result.cached : 0.0F;
-        if (value != cached) {
-            if (!insets_) {
-                insets_ = std::make_unique<LayoutInsets>();
-            }
-            (*insets_).*result.cached = value;
+        const float* cached = styleAndInsets_.number(result.field);
+        if (value != (cached != nullptr ? *cached : 0.0F)) {
+            styleAndInsets_.setNumber(result.field, value);
             queuePropertyUpdate(result.propertyId, value);
         }
     }

@@ -9,6 +9,7 @@
 
 #include <yoga/Yoga.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -21,6 +22,7 @@
 #include <vector>
 
 #include "render/NodeKinds.h"
+#include "render/PackedFields.h"
 #include "render/RenderNodePtr.h"
 #include "render/RenderRecords.h"
 #include "runtime/LocalScope.h"
@@ -90,6 +92,54 @@ struct StyleCache {
     float cornerRightBottom = 0.0F;
     float cornerLeftBottom = 0.0F;
 };
+
+// Where a node keeps each style value and inset among its packed fields:
+// texts and numbers are numbered apart, each in its list's order, the insets
+// after the style numbers.
+namespace PackedField {
+template <typename Member>
+struct StyleField {
+    Property property;
+    Member StyleCache::*member;
+};
+inline constexpr std::array<StyleField<std::string>, 2> styleTexts{{
+    {Property::BackgroundColor, &StyleCache::backgroundColor},
+    {Property::BorderColor, &StyleCache::borderColor},
+}};
+inline constexpr std::array<StyleField<float>, 14> styleNumbers{{
+    {Property::Opacity, &StyleCache::opacity},
+    {Property::ScaleX, &StyleCache::scaleX},
+    {Property::ScaleY, &StyleCache::scaleY},
+    {Property::AnchorPointX, &StyleCache::anchorPointX},
+    {Property::AnchorPointY, &StyleCache::anchorPointY},
+    {Property::RotationX, &StyleCache::rotationX},
+    {Property::RotationY, &StyleCache::rotationY},
+    {Property::RotationZ, &StyleCache::rotationZ},
+    {Property::TranslateX, &StyleCache::translateX},
+    {Property::TranslateY, &StyleCache::translateY},
+    {Property::CornerLeftTop, &StyleCache::cornerLeftTop},
+    {Property::CornerRightTop, &StyleCache::cornerRightTop},
+    {Property::CornerRightBottom, &StyleCache::cornerRightBottom},
+    {Property::CornerLeftBottom, &StyleCache::cornerLeftBottom},
+}};
+inline constexpr unsigned firstInset = styleNumbers.size();
+inline constexpr std::array<float LayoutInsets::*, 8> insets{
+    &LayoutInsets::paddingLeft, &LayoutInsets::paddingTop, &LayoutInsets::paddingRight, &LayoutInsets::paddingBottom,
+    &LayoutInsets::borderLeft,  &LayoutInsets::borderTop,  &LayoutInsets::borderRight,  &LayoutInsets::borderBottom};
+static_assert(firstInset + insets.size() <= PackedFields::kNumberFields);
+
+// The field of a style property in `fields`; -1 when it has none there.
+template <typename Fields>
+constexpr int of(const Fields& fields, Property property)
+{
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (fields[i].property == property) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+}  // namespace PackedField
 
 // A render node's Yoga node, freed with the member: a node whose
 // construction throws halfway (a limit reported in debug mode) frees it too.
@@ -198,9 +248,12 @@ public:
     bool hasView() const { return hasView_; }
     // The layout values last sent to the host, and the style values last
     // bound: what a new view is made from.
-    LayoutCache layout() const { return {frame_, insets_ ? *insets_ : LayoutInsets{}}; }
+    LayoutCache layout() const;
     const LayoutFrame& frame() const { return frame_; }
-    const StyleCache& style() const { return style_ ? *style_ : defaultStyle(); }
+    StyleCache style() const;
+    // One style value: `property` is a colour, or a number the style keeps.
+    const std::string& styleText(Property property) const;
+    float styleNumber(Property property) const;
     // The value of the kind's own property at `slot` of its list: what was
     // bound, or the property's default when the element does not name it.
     const Value& kindValueAt(std::size_t slot) const;
@@ -288,11 +341,11 @@ private:
     const Queues& queues() const;
     Queues& mutableQueues();
     // The style a node has until a binding sets a value other than the
-    // default: most nodes keep it, so only the others hold a copy.
+    // default: most nodes keep it, so only the others hold their values.
     static const StyleCache& defaultStyle();
-    StyleCache& mutableStyle();
-    template <typename Field, typename Set>
-    void storeStyle(Field field, const Set& value);
+    // `field` numbers a text or a number among PackedField's style fields.
+    void storeStyleText(unsigned field, std::string value);
+    void storeStyleNumber(unsigned field, float value);
 
     void leaveTree() noexcept;
     void readTransitions(const Value& element);
@@ -311,9 +364,9 @@ private:
     // (declared here to fill the room after `type`).
     uint32_t pendingPlace_ = 0;
     LayoutFrame frame_;
-    // Most nodes have neither padding nor border: they hold no room for them.
-    std::unique_ptr<LayoutInsets> insets_;
-    std::unique_ptr<StyleCache> style_;
+    // The style values bound to other than their defaults, and the insets
+    // Yoga laid out other than 0: most nodes have neither, and hold no room.
+    PackedFields styleAndInsets_;
     // Flags as bits, so that they and the kind share one word with kindNamed_.
     bool visible_ : 1 = true;
     bool hasView_ : 1 = false;
