@@ -118,7 +118,7 @@ std::shared_ptr<std::function<void(Arg)>> ViewRenderNode::firstTimeSetter(Apply 
 inline void ViewRenderNode::keepBinding(ObserverPtr observer)
 {
     if (observer) {
-        mutableExtras().bindings.push_back(std::move(observer));
+        mutableAdditions().bindings.push_back(std::move(observer));
     }
 }
 

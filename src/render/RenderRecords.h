@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "value/Value.h"
 
@@ -39,6 +40,13 @@ struct AnimatedUpdate {
     uint32_t propertyId = 0;
     Value value;
     Transition transition;
+};
+
+// What a node has queued for its view since the last flush.
+struct NodeQueues {
+    std::vector<ChildChange> childChanges;
+    std::vector<PropertyUpdate> propertyUpdates;
+    std::vector<AnimatedUpdate> animatedUpdates;
 };
 
 }  // namespace Mero

@@ -153,7 +153,9 @@ void fillViewTree(ViewTree& view, Node& node, const Visit& visit)
 void RenderTree::markViewMade(ViewRenderNode& node)
 {
     node.hasView_ = true;
-    node.queues_.reset();
+    if (node.queued_) {
+        of(node.yogaNode).takeQueues(node.pendingPlace_);
+    }
 }
 
 ViewTree RenderTree::makeViewTree(ViewRenderNode& node)
@@ -236,6 +238,29 @@ void RenderTree::viewsRefused(const std::vector<const ViewRenderNode*>& refused)
     }
 }
 
+void RenderTree::delist(uint32_t place)
+{
+    pending_[place] = nullptr;
+    takeQueues(place);
+    ++vacant_;
+}
+
+NodeQueues& RenderTree::mutableQueuesAt(uint32_t place)
+{
+    if (place >= queues_.size()) {
+        queues_.resize(place + 1);
+    }
+    if (!queues_[place]) {
+        queues_[place] = std::make_unique<NodeQueues>();
+    }
+    return *queues_[place];
+}
+
+std::unique_ptr<NodeQueues> RenderTree::takeQueues(std::size_t place) noexcept
+{
+    return place < queues_.size() ? std::move(queues_[place]) : nullptr;
+}
+
 uint32_t RenderTree::enlist(ViewRenderNode* node)
 {
     // A host may build a card anew many times between flushes: the places
@@ -258,23 +283,34 @@ std::vector<ViewRenderNode*> RenderTree::pendingNodes() const
 void RenderTree::compactPending() noexcept
 {
     std::size_t kept = 0;
-    for (ViewRenderNode* node : pending_) {
-        if (node != nullptr) {
-            node->pendingPlace_ = static_cast<uint32_t>(kept);
-            pending_[kept++] = node;
+    for (std::size_t place = 0; place < pending_.size(); ++place) {
+        ViewRenderNode* node = pending_[place];
+        if (node == nullptr) {
+            continue;
         }
+        node->pendingPlace_ = static_cast<uint32_t>(kept);
+        pending_[kept] = node;
+        if (kept < queues_.size() && kept != place) {
+            queues_[kept] = takeQueues(place);
+        }
+        ++kept;
     }
     pending_.resize(kept);
+    queues_.resize(std::min(queues_.size(), kept));
     vacant_ = 0;
 }
 
 void RenderTree::clearPending() noexcept
 {
     pending_.clear();
+    queues_.clear();
     vacant_ = 0;
     // A first layout lists every node; a live card should not keep that room.
     if (pending_.capacity() > kKeptPendingRoom) {
         pending_.shrink_to_fit();
+    }
+    if (queues_.capacity() > kKeptPendingRoom) {
+        queues_.shrink_to_fit();
     }
 }
 
@@ -306,7 +342,7 @@ void RenderTree::flush()
         if (node != nullptr) {
             node->queued_ = false;
             pending_[place] = nullptr;
-            collectChanges(*node, changes);
+            collectChanges(*node, takeQueues(place), changes);
         }
     }
     clearPending();
@@ -315,18 +351,14 @@ void RenderTree::flush()
     }
 }
 
-void RenderTree::collectChanges(ViewRenderNode& node, ChangeList& changes)
+void RenderTree::collectChanges(ViewRenderNode& node, std::unique_ptr<NodeQueues> queues, ChangeList& changes)
 {
     // Nodes queue from the first layout on, before any view exists, and a
     // host may send an event before its views are made: a node without a
     // view sends nothing and keeps nothing, since its view will be made from
     // its current values. So does a node hidden since it queued (itself or
     // a container above it): its views are made anew when it shows again.
-    if (!node.queues_) {
-        return;
-    }
-    const std::unique_ptr<ViewRenderNode::Queues> queues = std::move(node.queues_);
-    if (!node.hasView_ || !node.isShown()) {
+    if (!queues || !node.hasView_ || !node.isShown()) {
         return;
     }
     bool madeAnew = false;

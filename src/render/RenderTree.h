@@ -20,6 +20,7 @@
 
 #include "render/ChangeList.h"
 #include "render/RenderNodePtr.h"
+#include "render/RenderRecords.h"
 #include "runtime/RuntimeObject.h"
 #include "value/Value.h"
 
@@ -92,11 +93,14 @@ public:
     // place on the list; a node that goes before the flush leaves an empty
     // place behind (a whole tree may go at once).
     uint32_t enlist(ViewRenderNode* node);
-    void delist(uint32_t place)
+    void delist(uint32_t place);
+    // What the node at `place` has queued (null when nothing), and room for
+    // it to queue more.
+    const NodeQueues* queuesAt(uint32_t place) const
     {
-        pending_[place] = nullptr;
-        ++vacant_;
+        return place < queues_.size() ? queues_[place].get() : nullptr;
     }
+    NodeQueues& mutableQueuesAt(uint32_t place);
     void nodeMade() { ++nodeCount_; }
     void nodeGone() { --nodeCount_; }
     std::size_t nodeCount() const { return nodeCount_; }
@@ -112,7 +116,9 @@ public:
 
 private:
     void layOut();
-    void collectChanges(ViewRenderNode& node, ChangeList& changes);
+    void collectChanges(ViewRenderNode& node, std::unique_ptr<NodeQueues> queues, ChangeList& changes);
+    // Takes what the node at `place` has queued, leaving nothing there.
+    std::unique_ptr<NodeQueues> takeQueues(std::size_t place) noexcept;
     // Empties the pending list once its nodes are taken off.
     void clearPending() noexcept;
     // Closes up the empty places, keeping the order, and tells each node
@@ -136,13 +142,18 @@ private:
     std::unique_ptr<YGConfig, FreeYogaConfig> yogaConfig_;
     RenderNodePtr root_;
     std::vector<ViewRenderNode*> pending_;  // not owned; null where a node went
+    // What pending nodes queued, by place: only as long as the last place
+    // of a node that queued, as most nodes on the list queue nothing (none
+    // does before its view is made). Nodes hold no room for queues.
+    std::vector<std::unique_ptr<NodeQueues>> queues_;
     // Room the pending list keeps between flushes; more goes back.
     static constexpr std::size_t kKeptPendingRoom = 64;
-    // Places left empty since the list was last emptied or closed up.
-    std::size_t vacant_ = 0;
+    // Places left empty since the list was last emptied or closed up. Both
+    // counts stay far below 2^32: a card has at most kMaxRenderNodes nodes.
+    uint32_t vacant_ = 0;
+    uint32_t nodeCount_ = 0;
     // The flush walks the list by place: nothing may move meanwhile.
     bool flushing_ = false;
-    std::size_t nodeCount_ = 0;
     bool needsLayout_ = false;
     bool layoutApplied_ = false;
 };

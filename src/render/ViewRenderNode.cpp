@@ -164,56 +164,65 @@ void ViewRenderNode::readTransitions(const Value& element)
     }
 }
 
+ViewRenderNode::Additions& ViewRenderNode::mutableAdditions()
+{
+    if (!additions_) {
+        additions_ = std::make_unique<Additions>();
+    }
+    return *additions_;
+}
+
 ViewRenderNode::Extras& ViewRenderNode::mutableExtras()
 {
-    if (!extras_) {
-        extras_ = std::make_unique<Extras>();
+    std::unique_ptr<Extras>& extras = mutableAdditions().extras;
+    if (!extras) {
+        extras = std::make_unique<Extras>();
     }
-    return *extras_;
+    return *extras;
 }
 
 const std::string& ViewRenderNode::onClick() const
 {
     static const std::string none;
-    return extras_ ? extras_->onClick : none;
+    return extras() != nullptr ? extras()->onClick : none;
 }
 
 const Value& ViewRenderNode::loopAnimation() const
 {
     static const Value none;
-    return extras_ ? extras_->loopAnimation : none;
+    return extras() != nullptr ? extras()->loopAnimation : none;
 }
 
 const Gradient& ViewRenderNode::gradient() const
 {
     static const Gradient none;
-    return extras_ ? extras_->gradient : none;
+    return extras() != nullptr ? extras()->gradient : none;
 }
 
 const Transition* ViewRenderNode::transitionFor(std::string_view key) const
 {
-    if (!extras_) {
+    const Extras* held = extras();
+    if (held == nullptr) {
         return nullptr;
     }
-    auto found = extras_->transitionsByKey.find(std::string(key));
-    if (found != extras_->transitionsByKey.end()) {
+    auto found = held->transitionsByKey.find(std::string(key));
+    if (found != held->transitionsByKey.end()) {
         return &found->second;
     }
-    return extras_->allTransition ? &*extras_->allTransition : nullptr;
+    return held->allTransition ? &*held->allTransition : nullptr;
 }
 
-const ViewRenderNode::Queues& ViewRenderNode::queues() const
+const NodeQueues& ViewRenderNode::queues() const
 {
-    static const Queues none;
-    return queues_ ? *queues_ : none;
+    static const NodeQueues none;
+    const NodeQueues* queued = queued_ ? tree().queuesAt(pendingPlace_) : nullptr;
+    return queued != nullptr ? *queued : none;
 }
 
-ViewRenderNode::Queues& ViewRenderNode::mutableQueues()
+// Only for a node on the pending list.
+NodeQueues& ViewRenderNode::mutableQueues()
 {
-    if (!queues_) {
-        queues_ = std::make_unique<Queues>();
-    }
-    return *queues_;
+    return tree().mutableQueuesAt(pendingPlace_);
 }
 
 bool ViewRenderNode::isShown() const
@@ -387,9 +396,9 @@ void ViewRenderNode::applyOrigin(double value, double& cached, Property property
     // Only a transition under the key itself animates a move: "all" does
     // not apply to x and y, on purpose.
     const Transition* transition = nullptr;
-    if (hasView_ && extras_) {
-        auto found = extras_->transitionsByKey.find(std::string(info(property).transitionKey));
-        if (found != extras_->transitionsByKey.end()) {
+    if (hasView_ && extras() != nullptr) {
+        auto found = extras()->transitionsByKey.find(std::string(info(property).transitionKey));
+        if (found != extras()->transitionsByKey.end()) {
             transition = &found->second;
         }
     }

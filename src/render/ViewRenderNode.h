@@ -317,29 +317,34 @@ private:
     // engine holds it only weakly, so it goes with the node.
     void keepBinding(ObserverPtr observer);
 
-    // What the node has queued for its view; allocated only while it has
-    // queued something, most nodes being idle.
-    struct Queues {
-        std::vector<ChildChange> childChanges;
-        std::vector<PropertyUpdate> propertyUpdates;
-        std::vector<AnimatedUpdate> animatedUpdates;
-    };
     // What few nodes have: a click event, a loop animation, "transition"
-    // entries. Most nodes keep no room for them.
+    // entries, a gradient.
     struct Extras {
         std::string onClick;
         Value loopAnimation;
         std::unordered_map<std::string, Transition> transitionsByKey;
         std::optional<Transition> allTransition;
         Gradient gradient;
+    };
+    // What some nodes have beyond what every node has; most nodes keep no
+    // room for it. Bindings are far more common than the extras, so these
+    // are a block of their own: a node that only binds holds 48 bytes here.
+    struct Additions {
         // The bindings of the properties bound to expressions that read UI
         // variables: the node owns their callbacks, the engine holds them
-        // weakly. Most nodes have none.
+        // weakly.
         std::vector<ObserverPtr> bindings;
+        std::unique_ptr<Extras> extras;
     };
+    Additions& mutableAdditions();
     Extras& mutableExtras();
-    const Queues& queues() const;
-    Queues& mutableQueues();
+    // Null when the node has none.
+    const Extras* extras() const { return additions_ ? additions_->extras.get() : nullptr; }
+    // What the node has queued for its view: kept by the tree, under the
+    // node's place on the pending list, and only while it has queued
+    // something, most nodes being idle.
+    const NodeQueues& queues() const;
+    NodeQueues& mutableQueues();
     // The style a node has until a binding sets a value other than the
     // default: most nodes keep it, so only the others hold their values.
     static const StyleCache& defaultStyle();
@@ -379,8 +384,7 @@ private:
     // Bit i: the kind's i-th own property is named, and kept in kindValues_
     // (in slot order). Most elements name a few of their kind's properties.
     uint32_t kindNamed_ = 0;
-    std::unique_ptr<Extras> extras_;
-    std::unique_ptr<Queues> queues_;
+    std::unique_ptr<Additions> additions_;
     // As many as kindNamed_ has bits.
     KindValues kindValues_;
 };
