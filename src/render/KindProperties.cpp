@@ -8,6 +8,7 @@
 
 #include "render/NodeBinding.h"
 #include "render/ViewRenderNode.h"
+#include "value/BitCount.h"
 
 namespace Mero {
 
@@ -69,7 +70,7 @@ const Value& ViewRenderNode::kindValueAt(std::size_t slot) const
     // The values are made after the bits are found (a swiper's list is
     // evaluated in between): until then every value reads as its default.
     if ((kindNamed_ & bit) != 0 && kindValues_) {
-        return kindValues_[static_cast<std::size_t>(std::popcount(kindNamed_ & (bit - 1)))];
+        return kindValues_[countBits(kindNamed_ & (bit - 1))];
     }
     return defaultKindValue(kind().properties[slot]);
 }
@@ -89,7 +90,7 @@ void ViewRenderNode::bindKindProperties(const Value& element)
     // element's members. The values are made first: the bindings keep
     // references into kindValues_, which must not move once they are made.
     if (kindNamed_ != 0) {
-        kindValues_.make(static_cast<std::size_t>(std::popcount(kindNamed_)));
+        kindValues_.make(countBits(kindNamed_));
     }
     std::size_t stored = 0;
     for (std::size_t i = 0; i < properties.size(); ++i) {

@@ -1,61 +1,22 @@
 #include "render/PackedFields.h"
 
-#include <bit>
-#include <new>
+#include <cstring>
 #include <utility>
 
 namespace Mero {
 
 namespace {
 
-// How many of the fields before `field` are set.
-unsigned rank(uint32_t mask, unsigned field)
+std::size_t valueBytes(uint32_t texts, uint32_t numbers)
 {
-    return static_cast<unsigned>(std::popcount(mask & ((uint32_t{1} << field) - 1)));
-}
-
-std::size_t blockSize(uint32_t texts, uint32_t numbers, std::size_t header)
-{
-    return header + std::popcount(texts) * sizeof(std::string) + std::popcount(numbers) * sizeof(float);
+    return countBits(texts) * sizeof(std::string) + countBits(numbers) * sizeof(float);
 }
 
 }  // namespace
 
-PackedFields::~PackedFields()
-{
-    release(block_);
-}
-
-std::string* PackedFields::texts() const noexcept
-{
-    return std::launder(reinterpret_cast<std::string*>(block_ + 1));
-}
-
-float* PackedFields::numbers() const noexcept
-{
-    auto* afterTexts = reinterpret_cast<std::byte*>(block_ + 1) + std::popcount(block_->texts) * sizeof(std::string);
-    return std::launder(reinterpret_cast<float*>(afterTexts));
-}
-
-const std::string* PackedFields::text(unsigned field) const noexcept
-{
-    if (block_ == nullptr || (block_->texts & (uint32_t{1} << field)) == 0) {
-        return nullptr;
-    }
-    return texts() + rank(block_->texts, field);
-}
-
-const float* PackedFields::number(unsigned field) const noexcept
-{
-    if (block_ == nullptr || (block_->numbers & (uint32_t{1} << field)) == 0) {
-        return nullptr;
-    }
-    return numbers() + rank(block_->numbers, field);
-}
-
 void PackedFields::setText(unsigned field, std::string value)
 {
-    const uint32_t bit = uint32_t{1} << field;
+    const uint32_t bit = 1U << field;
     if (block_ == nullptr || (block_->texts & bit) == 0) {
         add(bit, 0);
     }
@@ -64,7 +25,7 @@ void PackedFields::setText(unsigned field, std::string value)
 
 void PackedFields::setNumber(unsigned field, float value)
 {
-    const uint32_t bit = uint32_t{1} << field;
+    const uint32_t bit = 1U << field;
     if (block_ == nullptr || (block_->numbers & bit) == 0) {
         add(0, bit);
     }
@@ -73,26 +34,61 @@ void PackedFields::setNumber(unsigned field, float value)
 
 void PackedFields::add(uint32_t textBit, uint32_t numberBit)
 {
+    // A block has less than 16 bytes to spare, so only a number may fit.
+    if (block_ != nullptr && numberBit != 0 && valueBytes(block_->texts, block_->numbers | numberBit) <= block_->room) {
+        insertNumber(numberBit);
+    } else {
+        moveToLargerBlock(textBit, numberBit);
+    }
+}
+
+void PackedFields::addNumbers(uint32_t fields)
+{
+    const uint32_t missing = fields & ~(block_ != nullptr ? block_->numbers : 0U);
+    if ((missing & (missing - 1)) == 0) {
+        if (missing != 0) {
+            add(0, missing);
+        }
+        return;
+    }
+    moveToLargerBlock(0, missing);
+}
+
+void PackedFields::insertNumber(uint32_t numberBit) noexcept
+{
+    const unsigned count = countBits(block_->numbers);
+    const unsigned at = rank(block_->numbers, std::countr_zero(numberBit));
+    float* values = numbers();
+    std::memmove(values + at + 1, values + at, (count - at) * sizeof(float));
+    values[at] = 0.0F;
+    block_->numbers |= numberBit;
+}
+
+void PackedFields::moveToLargerBlock(uint32_t newTexts, uint32_t newNumbers)
+{
     const Header old = block_ != nullptr ? *block_ : Header{};
-    const Header grown{old.texts | textBit, old.numbers | numberBit};
-    auto* made = static_cast<Header*>(::operator new(blockSize(grown.texts, grown.numbers, sizeof(Header))));
+    const uint32_t grownTexts = old.texts | newTexts;
+    const uint32_t grownNumbers = old.numbers | newNumbers;
+    // The block fills the allocator's 16-byte step, so that the next fields
+    // set often fit without moving again.
+    const std::size_t total = (sizeof(Header) + valueBytes(grownTexts, grownNumbers) + 8 + 15) / 16 * 16 - 8;
+    auto* made = static_cast<Header*>(::operator new(total));
     // Nothing below throws: strings move without allocating.
-    new (made) Header(grown);
-    auto* movedTexts = reinterpret_cast<std::string*>(made + 1);
-    unsigned from = 0;
-    for (uint32_t rest = grown.texts; rest != 0; rest &= rest - 1) {
-        const uint32_t bit = rest & (~rest + 1);
-        if (bit == textBit) {
-            new (movedTexts++) std::string();
+    new (made) Header{grownNumbers, static_cast<uint8_t>(grownTexts), static_cast<uint8_t>(countBits(grownTexts)),
+                      static_cast<uint16_t>(total - sizeof(Header))};
+    auto* movedText = reinterpret_cast<std::string*>(made + 1);
+    std::string* oldText = block_ != nullptr ? texts() : nullptr;
+    for (uint32_t rest = grownTexts; rest != 0; rest &= rest - 1) {
+        if ((rest & (~rest + 1) & newTexts) != 0) {
+            new (movedText++) std::string();
         } else {
-            new (movedTexts++) std::string(std::move(texts()[from++]));
+            new (movedText++) std::string(std::move(*oldText++));
         }
     }
-    auto* movedNumbers = reinterpret_cast<float*>(movedTexts);
-    from = 0;
-    for (uint32_t rest = grown.numbers; rest != 0; rest &= rest - 1) {
-        const uint32_t bit = rest & (~rest + 1);
-        new (movedNumbers++) float(bit == numberBit ? 0.0F : numbers()[from++]);
+    auto* movedNumber = reinterpret_cast<float*>(movedText);
+    const float* oldNumber = block_ != nullptr ? numbers() : nullptr;
+    for (uint32_t rest = grownNumbers; rest != 0; rest &= rest - 1) {
+        new (movedNumber++) float((rest & (~rest + 1) & newNumbers) != 0 ? 0.0F : *oldNumber++);
     }
     release(block_);
     block_ = made;
@@ -104,7 +100,7 @@ void PackedFields::release(Header* block) noexcept
         return;
     }
     auto* text = std::launder(reinterpret_cast<std::string*>(block + 1));
-    for (int i = std::popcount(block->texts); i > 0; --i) {
+    for (unsigned i = block->textCount; i > 0; --i) {
         (text++)->~basic_string();
     }
     ::operator delete(block);

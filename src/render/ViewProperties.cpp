@@ -237,41 +237,21 @@ const StyleCache& ViewRenderNode::defaultStyle()
     return style;
 }
 
-StyleCache ViewRenderNode::style() const
+const StyleCache& ViewRenderNode::style(StyleCache& style) const
 {
-    StyleCache style = defaultStyle();
-    for (std::size_t i = 0; i < PackedField::styleTexts.size(); ++i) {
-        if (const std::string* text = styleAndInsets_.text(i)) {
-            style.*PackedField::styleTexts[i].member = *text;
-        }
+    if (styleAndInsets_.empty()) {
+        return defaultStyle();
     }
-    for (std::size_t i = 0; i < PackedField::styleNumbers.size(); ++i) {
-        if (const float* number = styleAndInsets_.number(i)) {
-            style.*PackedField::styleNumbers[i].member = *number;
+    style = defaultStyle();
+    styleAndInsets_.forEachText([&style](unsigned field, const std::string& text) {
+        style.*PackedField::styleTexts[field].member = text;
+    });
+    styleAndInsets_.forEachNumber([&style](unsigned field, float number) {
+        if (field < PackedField::firstInset) {
+            style.*PackedField::styleNumbers[field].member = number;
         }
-    }
+    });
     return style;
-}
-
-const std::string& ViewRenderNode::styleText(Property property) const
-{
-    const int field = PackedField::of(PackedField::styleTexts, property);
-    if (field < 0) {
-        static const std::string none;
-        return none;
-    }
-    const std::string* text = styleAndInsets_.text(field);
-    return text != nullptr ? *text : defaultStyle().*PackedField::styleTexts[field].member;
-}
-
-float ViewRenderNode::styleNumber(Property property) const
-{
-    const int field = PackedField::of(PackedField::styleNumbers, property);
-    if (field < 0) {
-        return 0.0F;
-    }
-    const float* number = styleAndInsets_.number(field);
-    return number != nullptr ? *number : defaultStyle().*PackedField::styleNumbers[field].member;
 }
 
 void ViewRenderNode::storeStyleText(unsigned field, std::string value)
@@ -323,7 +303,7 @@ void ViewRenderNode::bindStyleProperty(const Value* member, const PropertyInfo& 
                   });
         return;
     }
-    const int field = PackedField::of(PackedField::styleNumbers, row.property);
+    const int field = PackedField::of<PackedField::styleNumbers>(row.property);
     auto store = [this, field, queue](double number, bool initial) {
         if (field >= 0) {
             storeStyleNumber(field, static_cast<float>(number));

@@ -1,4 +1,5 @@
 #include "render/ViewRenderNode.h"
+#include "value/BitCount.h"
 
 #include <array>
 #include <bit>
@@ -134,7 +135,7 @@ RenderTree& ViewRenderNode::tree() const
 ViewRenderNode::~ViewRenderNode()
 {
     leaveTree();
-    kindValues_.release(static_cast<std::size_t>(std::popcount(kindNamed_)));
+    kindValues_.release(countBits(kindNamed_));
 }
 
 void ViewRenderNode::leaveTree() noexcept
@@ -333,30 +334,47 @@ void ViewRenderNode::readLayout()
     applyOrigin(x, frame_.x, Property::X);
     applyOrigin(y, frame_.y, Property::Y);
 
-    readInsets(false);
-    readInsets(true);
+    // Read once: most nodes have no inset, and hold no room for one.
+    const LayoutCache cached = layout();
+    readInsets(false, cached);
+    readInsets(true, cached);
 }
 
 LayoutCache ViewRenderNode::layout() const
 {
     LayoutCache layout{frame_, {}};
-    for (std::size_t i = 0; i < PackedField::insets.size(); ++i) {
-        if (const float* inset = styleAndInsets_.number(PackedField::firstInset + i)) {
-            layout.*PackedField::insets[i] = *inset;
-        }
+    if (styleAndInsets_.empty()) {
+        return layout;
     }
+    styleAndInsets_.forEachNumber([&layout](unsigned field, float number) {
+        if (field >= PackedField::firstInset) {
+            layout.*PackedField::insets[field - PackedField::firstInset] = number;
+        }
+    });
     return layout;
 }
 
-void ViewRenderNode::readInsets(bool borders)
+void ViewRenderNode::readInsets(bool borders, const LayoutInsets& cached)
 {
-    for (const EdgeResult& result : borders ? borderResults : paddingResults) {
-        const float value = borders ? YGNodeLayoutGetBorder(yogaNode, result.edge)
-                                    : YGNodeLayoutGetPadding(yogaNode, result.edge);
-        const float* cached = styleAndInsets_.number(result.field);
-        if (value != (cached != nullptr ? *cached : 0.0F)) {
-            styleAndInsets_.setNumber(result.field, value);
-            queuePropertyUpdate(result.propertyId, value);
+    const std::array<EdgeResult, 4>& results = borders ? borderResults : paddingResults;
+    std::array<float, 4> values{};
+    uint32_t changed = 0;
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        values[i] = borders ? YGNodeLayoutGetBorder(yogaNode, results[i].edge)
+                            : YGNodeLayoutGetPadding(yogaNode, results[i].edge);
+        if (values[i] != cached.*PackedField::insets[results[i].field - PackedField::firstInset]) {
+            changed |= 1U << results[i].field;
+        }
+    }
+    if (changed == 0) {
+        return;
+    }
+    // Edges set together (most paddings are) take room together.
+    styleAndInsets_.addNumbers(changed);
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        if ((changed & (1U << results[i].field)) != 0) {
+            styleAndInsets_.setNumber(results[i].field, values[i]);
+            queuePropertyUpdate(results[i].propertyId, values[i]);
         }
     }
 }

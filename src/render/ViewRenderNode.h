@@ -128,16 +128,21 @@ inline constexpr std::array<float LayoutInsets::*, 8> insets{
     &LayoutInsets::borderLeft,  &LayoutInsets::borderTop,  &LayoutInsets::borderRight,  &LayoutInsets::borderBottom};
 static_assert(firstInset + insets.size() <= PackedFields::kNumberFields);
 
-// The field of a style property in `fields`; -1 when it has none there.
-template <typename Fields>
-constexpr int of(const Fields& fields, Property property)
-{
+// The field of a style property in `fields`, by the property's number; -1
+// when it has none there. A table, as a new view reads every style field.
+template <const auto& fields>
+inline constexpr auto fieldTable = [] {
+    std::array<int8_t, 256> table{};
+    table.fill(-1);
     for (std::size_t i = 0; i < fields.size(); ++i) {
-        if (fields[i].property == property) {
-            return static_cast<int>(i);
-        }
+        table[static_cast<std::size_t>(fields[i].property)] = static_cast<int8_t>(i);
     }
-    return -1;
+    return table;
+}();
+template <const auto& fields>
+constexpr int of(Property property)
+{
+    return fieldTable<fields>[static_cast<std::size_t>(property)];
 }
 }  // namespace PackedField
 
@@ -250,10 +255,14 @@ public:
     // bound: what a new view is made from.
     LayoutCache layout() const;
     const LayoutFrame& frame() const { return frame_; }
-    StyleCache style() const;
-    // One style value: `property` is a colour, or a number the style keeps.
-    const std::string& styleText(Property property) const;
-    float styleNumber(Property property) const;
+    StyleCache style() const
+    {
+        StyleCache scratch;
+        return style(scratch);
+    }
+    // The same without a copy when the node keeps the defaults: those, or
+    // `scratch` filled in.
+    const StyleCache& style(StyleCache& scratch) const;
     // The value of the kind's own property at `slot` of its list: what was
     // bound, or the property's default when the element does not name it.
     const Value& kindValueAt(std::size_t slot) const;
@@ -356,7 +365,7 @@ private:
     void readTransitions(const Value& element);
     void readLayout();
     // The padding (or the border) Yoga laid out, sent where it changed.
-    void readInsets(bool borders);
+    void readInsets(bool borders, const LayoutInsets& cached);
     void bindStyleProperty(const Value* member, const PropertyInfo& row);
     void queueLayoutValue(uint32_t propertyId, double value, const Transition* transition);
     void applyFrameSize(float value, float& cached, Property property);

@@ -35,6 +35,27 @@ double layoutValue(const LayoutCache& layout, Property property)
     }
 }
 
+float styleNumber(const StyleCache& style, Property property)
+{
+    switch (property) {
+    case Property::CornerLeftTop: return style.cornerLeftTop;
+    case Property::CornerRightTop: return style.cornerRightTop;
+    case Property::CornerRightBottom: return style.cornerRightBottom;
+    case Property::CornerLeftBottom: return style.cornerLeftBottom;
+    case Property::Opacity: return style.opacity;
+    case Property::ScaleX: return style.scaleX;
+    case Property::ScaleY: return style.scaleY;
+    case Property::AnchorPointX: return style.anchorPointX;
+    case Property::AnchorPointY: return style.anchorPointY;
+    case Property::RotationX: return style.rotationX;
+    case Property::RotationY: return style.rotationY;
+    case Property::RotationZ: return style.rotationZ;
+    case Property::TranslateX: return style.translateX;
+    case Property::TranslateY: return style.translateY;
+    default: return 0.0F;
+    }
+}
+
 // Where each common value a view starts from goes: its frame and box are
 // floats from the layout cache; its style colours are strings, its other
 // style values floats. Read once from the property table.
@@ -137,14 +158,19 @@ void ViewSlots::put(uint32_t propertyId, const Value& value)
 void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots)
 {
     slots.type = node.type;
+    StyleCache scratch;
+    const StyleCache& style = node.style(scratch);
     const LayoutCache layout = node.layout();
     for (const CommonSlot& common : commonSlots()) {
         switch (common.source) {
         case CommonSlot::Source::Layout:
             slots.floats[common.slot] = static_cast<float>(layoutValue(layout, common.property));
             break;
-        case CommonSlot::Source::StyleNumber: slots.floats[common.slot] = node.styleNumber(common.property); break;
-        case CommonSlot::Source::StyleText: slots.strings.set(common.slot, node.styleText(common.property)); break;
+        case CommonSlot::Source::StyleNumber: slots.floats[common.slot] = styleNumber(style, common.property); break;
+        case CommonSlot::Source::StyleText:
+            slots.strings.set(common.slot,
+                              common.property == Property::BackgroundColor ? style.backgroundColor : style.borderColor);
+            break;
         }
     }
     const std::span<const Property> own = node.kind().properties;

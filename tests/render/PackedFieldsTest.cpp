@@ -44,4 +44,14 @@ TEST(PackedFields, FieldsAddedInAnyOrderKeepTheirValues)
     EXPECT_EQ(*fields.text(0), "#FF0000FF");
     EXPECT_EQ(*fields.number(17), 2.0F);
     EXPECT_EQ(*fields.number(31), 7.0F);
+
+    // Several numbers made room for at once, among those set: the new read
+    // 0, the others keep their values.
+    fields.addNumbers((1U << 5) | (1U << 17) | (1U << 20));
+    EXPECT_EQ(*fields.number(5), 0.0F);
+    EXPECT_EQ(*fields.number(20), 0.0F);
+    EXPECT_EQ(*fields.number(17), 2.0F);
+    EXPECT_EQ(*fields.number(0), 1.0F);
+    EXPECT_EQ(*fields.number(31), 7.0F);
+    EXPECT_EQ(*fields.text(1), "short");
 }
