@@ -2,7 +2,6 @@
 // the element names are kept in the node's kindValues_, in the order of the
 // kind's list; the others read as their defaults.
 #include <array>
-#include <bit>
 #include <memory>
 #include <optional>
 

@@ -291,19 +291,20 @@ void ViewRenderNode::bindStyleProperty(const Value* member, const PropertyInfo& 
     };
     // The first value is only cached: the host view is made from it.
     if (row.input == PropertyInput::Text) {
-        bindValue(member, Value(row.textDefault),
-                  [this, field = row.property == Property::BackgroundColor ? 0U : 1U, queue](Value colour,
-                                                                                             bool initial) {
-                      // Kept as the text a new view would be given, so that a
-                      // colour bound to a number shows alike either way.
-                      storeStyleText(field, slotText(colour));
-                      if (!initial) {
-                          queue(std::move(colour));
-                      }
-                  });
+        const int field = PackedField::of(PackedField::styleTexts, row.property);
+        bindValue(member, Value(row.textDefault), [this, field, queue](Value colour, bool initial) {
+            // Kept as the text a new view would be given, so that a colour
+            // bound to a number shows alike either way.
+            if (field >= 0) {
+                storeStyleText(field, slotText(colour));
+            }
+            if (!initial) {
+                queue(std::move(colour));
+            }
+        });
         return;
     }
-    const int field = PackedField::of<PackedField::styleNumbers>(row.property);
+    const int field = PackedField::of(PackedField::styleNumbers, row.property);
     auto store = [this, field, queue](double number, bool initial) {
         if (field >= 0) {
             storeStyleNumber(field, static_cast<float>(number));

@@ -1,8 +1,6 @@
 #include "render/ViewRenderNode.h"
-#include "value/BitCount.h"
 
 #include <array>
-#include <bit>
 #include <string>
 
 #include "render/ContainerRenderNode.h"
@@ -11,6 +9,7 @@
 #include "runtime/NumberConversion.h"
 #include "render/RenderTree.h"
 #include "runtime/RuntimeEngine.h"
+#include "value/BitCount.h"
 
 namespace Mero {
 

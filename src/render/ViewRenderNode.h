@@ -128,21 +128,16 @@ inline constexpr std::array<float LayoutInsets::*, 8> insets{
     &LayoutInsets::borderLeft,  &LayoutInsets::borderTop,  &LayoutInsets::borderRight,  &LayoutInsets::borderBottom};
 static_assert(firstInset + insets.size() <= PackedFields::kNumberFields);
 
-// The field of a style property in `fields`, by the property's number; -1
-// when it has none there. A table, as a new view reads every style field.
-template <const auto& fields>
-inline constexpr auto fieldTable = [] {
-    std::array<int8_t, 256> table{};
-    table.fill(-1);
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        table[static_cast<std::size_t>(fields[i].property)] = static_cast<int8_t>(i);
-    }
-    return table;
-}();
-template <const auto& fields>
-constexpr int of(Property property)
+// The field of a style property in `fields`; -1 when it has none there.
+template <typename Fields>
+constexpr int of(const Fields& fields, Property property)
 {
-    return fieldTable<fields>[static_cast<std::size_t>(property)];
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (fields[i].property == property) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
 }
 }  // namespace PackedField
 
