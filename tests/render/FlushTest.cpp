@@ -99,3 +99,18 @@ TEST(EngineFlush, ACardBuiltAnewWithoutAFlushKeepsThePendingListToItsLiveNodes)
     EXPECT_EQ(card.flush(), Calls{"b set 8=0.5"});
     EXPECT_EQ(card.tree.pendingPlaces(), 0U);
 }
+
+TEST(EngineFlush, AViewMadeAnewDropsWhatItsNodeQueuedForTheOldOne)
+{
+    // Shown again, "c" gets new views made from current values; what "n"
+    // queued after that is already in its new view and is not sent again.
+    RenderCard card(R"({"variables": {"v": 1, "show": true}, "elements": {"$": 3, "nodeId": "root", "children": [
+        {"$": 3, "nodeId": "c", "visible": {"$": 3, "n": "show"}, "children": [
+            {"$": 0, "nodeId": "n", "opacity": {"$": 3, "n": "v"}}]}]}})");
+    card.start();
+    card.set("show", "false");
+    card.set("show", "true");
+    card.set("v", "0.5");
+    EXPECT_EQ(card.flush(), (Calls{"root children 0:x 0:c"}));
+    EXPECT_EQ(card.find("n")->style().opacity, 0.5F);
+}
