@@ -65,19 +65,4 @@ inline Mero::Value callBuiltin(std::string_view name, std::string_view arrayText
     return callBuiltin(name, argsOf(arrayText));
 }
 
-// The same as a plain function pointer, for tables of cases.
-using Invoke = Mero::Value (*)(Mero::ArgList);
-
-template <std::size_t Length>
-struct BuiltinName {
-    constexpr BuiltinName(const char (&name)[Length]) { std::copy_n(name, Length, text); }
-    char text[Length];
-};
-
-template <BuiltinName name>
-Mero::Value invokeFresh(Mero::ArgList args)
-{
-    return callBuiltin(name.text, std::move(args));
-}
-
 }  // namespace MeroTest
