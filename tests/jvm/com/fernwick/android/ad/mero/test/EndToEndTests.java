@@ -92,10 +92,6 @@ public final class EndToEndTests {
                 "update pageInfo 203=S{\"detail\":{\"current\":1}}");
         calls("an opacity update is animated; a boolean is boxed as Boolean", Templates.LIVE_UPDATES,
                 c -> { c.event("dim"); c.event("play"); }, "animate fade 8=F0.5 2/300/10", "update player 301=Btrue");
-        calls("an image is measured from its view's content size", Templates.LIVE_UPDATES, c -> {
-            equal(0f, c.created.get("photo").floats()[1], "no view yet: measured 0 high");
-            c.markDirty(c.handle, "photo");
-        }, "getContentSize photo", "update photo 1=F25.0");
         calls("a root shown later is made with its children and becomes the root view", Templates.LIVE_UPDATES,
                 c -> c.event("show"), "createComponent 3 root", "createComponent 0 fade", "addChild root fade",
                 "createComponent 10 player", "addChild root player", "createComponent 5 photo", "addChild root photo",

@@ -77,7 +77,7 @@ final class Templates {
          "events": [{"n": "pageChanged", "a": ["e"], "b": [{"$": 4, "n": "page", "value": {"$": 1, "n": "e"}}]}]}
         """;
 
-    /** An animated opacity, a boxed boolean, an image sized by its content, and a root shown later. */
+    /** An animated opacity, a boxed boolean, an image, and a root shown later. */
     static final String LIVE_UPDATES = """
         {"variables": {"alpha": 1, "play": false, "showRoot": false},
          "elements": {"$": 3, "nodeId": "root", "visible": {"$": 3, "n": "showRoot"}, "children": [
