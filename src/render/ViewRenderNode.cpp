@@ -57,22 +57,38 @@ Value evaluatedOnce(const Value& element, Property property, const LocalScope& s
 struct EdgeResult {
     YGEdge edge;
     unsigned field;  // among the node's packed numbers
-    uint32_t propertyId;
+    Property property;
 };
 
 constexpr std::array<EdgeResult, 4> paddingResults{{
-    {YGEdgeLeft, PackedField::firstInset + 0, hostIdOf(Property::PaddingLeft)},
-    {YGEdgeTop, PackedField::firstInset + 1, hostIdOf(Property::PaddingTop)},
-    {YGEdgeRight, PackedField::firstInset + 2, hostIdOf(Property::PaddingRight)},
-    {YGEdgeBottom, PackedField::firstInset + 3, hostIdOf(Property::PaddingBottom)},
+    {YGEdgeLeft, PackedField::firstInset + 0, Property::PaddingLeft},
+    {YGEdgeTop, PackedField::firstInset + 1, Property::PaddingTop},
+    {YGEdgeRight, PackedField::firstInset + 2, Property::PaddingRight},
+    {YGEdgeBottom, PackedField::firstInset + 3, Property::PaddingBottom},
 }};
 
 constexpr std::array<EdgeResult, 4> borderResults{{
-    {YGEdgeLeft, PackedField::firstInset + 4, hostIdOf(Property::BorderLeft)},
-    {YGEdgeTop, PackedField::firstInset + 5, hostIdOf(Property::BorderTop)},
-    {YGEdgeRight, PackedField::firstInset + 6, hostIdOf(Property::BorderRight)},
-    {YGEdgeBottom, PackedField::firstInset + 7, hostIdOf(Property::BorderBottom)},
+    {YGEdgeLeft, PackedField::firstInset + 4, Property::BorderLeft},
+    {YGEdgeTop, PackedField::firstInset + 5, Property::BorderTop},
+    {YGEdgeRight, PackedField::firstInset + 6, Property::BorderRight},
+    {YGEdgeBottom, PackedField::firstInset + 7, Property::BorderBottom},
 }};
+
+// Whether an element names a padding or a border (`named` has a bit per
+// common property).
+bool namesInset(uint64_t named)
+{
+    static const uint64_t insetBits = [] {
+        uint64_t bits = 0;
+        for (const auto& results : {paddingResults, borderResults}) {
+            for (const EdgeResult& result : results) {
+                bits |= commonBit(result.property);
+            }
+        }
+        return bits;
+    }();
+    return (named & insetBits) != 0;
+}
 
 }  // namespace
 
@@ -110,6 +126,7 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
         // The root always has a view of its own (the host's root view): it
         // cannot be flattened into a parent it does not have.
         flattened_ = parent != nullptr && names(Property::IsEmpty) && memberOf(element, Property::IsEmpty).boolean();
+        namesInsets_ = namesInset(named);
         if (names(Property::Transition)) {
             readTransitions(element);
         }
@@ -333,6 +350,11 @@ void ViewRenderNode::readLayout()
     applyOrigin(x, frame_.x, Property::X);
     applyOrigin(y, frame_.y, Property::Y);
 
+    // Yoga lays out no inset (all 0, as cached) for a node whose element
+    // names none: most nodes, whose eight reads are skipped.
+    if (!namesInsets_) {
+        return;
+    }
     // Read once: most nodes have no inset, and hold no room for one.
     const LayoutCache cached = layout();
     readInsets(false, cached);
@@ -373,7 +395,7 @@ void ViewRenderNode::readInsets(bool borders, const LayoutInsets& cached)
     for (std::size_t i = 0; i < results.size(); ++i) {
         if ((changed & (1U << results[i].field)) != 0) {
             styleAndInsets_.setNumber(results[i].field, values[i]);
-            queuePropertyUpdate(results[i].propertyId, values[i]);
+            queuePropertyUpdate(hostIdOf(results[i].property), values[i]);
         }
     }
 }

@@ -380,6 +380,9 @@ private:
     bool visible_ : 1 = true;
     bool hasView_ : 1 = false;
     bool flattened_ : 1 = false;
+    // The element names a padding or a border: only then can Yoga lay out
+    // an inset for the node.
+    bool namesInsets_ : 1 = false;
     // Only markPending sets it and only the tree's flush clears it (when it
     // takes the node off the list).
     bool queued_ : 1 = false;

@@ -236,6 +236,19 @@ TEST(ViewApplyLayout, AllAnimatesSizesButNeverPositionsWhileXDoesOnceTheViewExis
     EXPECT_EQ(moved.flush(), Calls{});
 }
 
+TEST(ViewApplyLayout, InsetsThatStartAtZeroAreSentWhenTheyChange)
+{
+    RenderCard card(R"({"variables": {"p": 0, "b": 0}, "elements": {"$": 3, "nodeId": "root",
+        "paddingLeft": {"sizeType": 1, "value": {"$": 3, "n": "p"}},
+        "borderTop": {"sizeType": 1, "value": {"$": 3, "n": "b"}}}})");
+    card.start();
+    card.set("p", "3");
+    card.set("b", "2");
+    EXPECT_EQ(card.flush(), Calls{"root set 4=3 22=2"});
+    card.set("p", "0");
+    EXPECT_EQ(card.flush(), Calls{"root set 4=0"});
+}
+
 TEST(ViewApplyLayout, FlattenedContainersAddTheirOffsetAndZeroResultsAreNeverSent)
 {
     RenderCard card(R"({"elements": {"$": 3, "nodeId": "root", "children": [{"$": 0, "nodeId": "dot"},
