@@ -259,6 +259,11 @@ bool ViewRenderNode::isShown() const
 
 bool ViewRenderNode::markPending()
 {
+    // Listed already and nothing to keep: what the checks below would find.
+    // Most frame values of the first layout come here.
+    if (queued_ && !hasView_) {
+        return false;
+    }
     if (flattened_ || !isShown()) {
         return false;
     }
@@ -414,13 +419,15 @@ void ViewRenderNode::applyFrameSize(float value, float& cached, Property propert
     if (value == cached) {
         return;
     }
-    if (engine().expired()) {
+    // Found once: every node's two sizes come here in the first layout.
+    const RenderTree& owner = tree();
+    if (owner.engine().expired()) {
         return;
     }
     cached = value;
     // The render switch is the tree's "layout applied": before the card has
     // been laid out once, sizes only fill the cache its view is made from.
-    if (!tree().layoutApplied()) {
+    if (!owner.layoutApplied()) {
         return;
     }
     queueLayoutValue(hostIdOf(property), value, hasView_ ? transitionFor(info(property).transitionKey) : nullptr);
