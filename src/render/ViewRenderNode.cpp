@@ -60,19 +60,25 @@ struct EdgeResult {
     Property property;
 };
 
-constexpr std::array<EdgeResult, 4> paddingResults{{
-    {YGEdgeLeft, PackedField::firstInset + 0, Property::PaddingLeft},
-    {YGEdgeTop, PackedField::firstInset + 1, Property::PaddingTop},
-    {YGEdgeRight, PackedField::firstInset + 2, Property::PaddingRight},
-    {YGEdgeBottom, PackedField::firstInset + 3, Property::PaddingBottom},
-}};
+constexpr EdgeResult edgeResult(YGEdge edge, Property property)
+{
+    return {edge, PackedField::firstInset + static_cast<unsigned>(PackedField::of(PackedField::insets, property)),
+            property};
+}
 
-constexpr std::array<EdgeResult, 4> borderResults{{
-    {YGEdgeLeft, PackedField::firstInset + 4, Property::BorderLeft},
-    {YGEdgeTop, PackedField::firstInset + 5, Property::BorderTop},
-    {YGEdgeRight, PackedField::firstInset + 6, Property::BorderRight},
-    {YGEdgeBottom, PackedField::firstInset + 7, Property::BorderBottom},
-}};
+constexpr std::array<EdgeResult, 4> paddingResults{
+    edgeResult(YGEdgeLeft, Property::PaddingLeft),
+    edgeResult(YGEdgeTop, Property::PaddingTop),
+    edgeResult(YGEdgeRight, Property::PaddingRight),
+    edgeResult(YGEdgeBottom, Property::PaddingBottom),
+};
+
+constexpr std::array<EdgeResult, 4> borderResults{
+    edgeResult(YGEdgeLeft, Property::BorderLeft),
+    edgeResult(YGEdgeTop, Property::BorderTop),
+    edgeResult(YGEdgeRight, Property::BorderRight),
+    edgeResult(YGEdgeBottom, Property::BorderBottom),
+};
 
 // Whether an element names a padding or a border (`named` has a bit per
 // common property).
@@ -374,7 +380,7 @@ LayoutCache ViewRenderNode::layout() const
     }
     styleAndInsets_.forEachNumber([&layout](unsigned field, float number) {
         if (field >= PackedField::firstInset) {
-            layout.*PackedField::insets[field - PackedField::firstInset] = number;
+            layout.*PackedField::insets[field - PackedField::firstInset].member = number;
         }
     });
     return layout;
@@ -388,7 +394,7 @@ void ViewRenderNode::readInsets(bool borders, const LayoutInsets& cached)
     for (std::size_t i = 0; i < results.size(); ++i) {
         values[i] = borders ? YGNodeLayoutGetBorder(yogaNode, results[i].edge)
                             : YGNodeLayoutGetPadding(yogaNode, results[i].edge);
-        if (values[i] != cached.*PackedField::insets[results[i].field - PackedField::firstInset]) {
+        if (values[i] != cached.*PackedField::insets[results[i].field - PackedField::firstInset].member) {
             changed |= 1U << results[i].field;
         }
     }

@@ -123,9 +123,20 @@ inline constexpr std::array<StyleField<float>, 14> styleNumbers{{
     {Property::CornerLeftBottom, &StyleCache::cornerLeftBottom},
 }};
 inline constexpr unsigned firstInset = styleNumbers.size();
-inline constexpr std::array<float LayoutInsets::*, 8> insets{
-    &LayoutInsets::paddingLeft, &LayoutInsets::paddingTop, &LayoutInsets::paddingRight, &LayoutInsets::paddingBottom,
-    &LayoutInsets::borderLeft,  &LayoutInsets::borderTop,  &LayoutInsets::borderRight,  &LayoutInsets::borderBottom};
+struct InsetField {
+    Property property;
+    float LayoutInsets::*member;
+};
+inline constexpr std::array<InsetField, 8> insets{{
+    {Property::PaddingLeft, &LayoutInsets::paddingLeft},
+    {Property::PaddingTop, &LayoutInsets::paddingTop},
+    {Property::PaddingRight, &LayoutInsets::paddingRight},
+    {Property::PaddingBottom, &LayoutInsets::paddingBottom},
+    {Property::BorderLeft, &LayoutInsets::borderLeft},
+    {Property::BorderTop, &LayoutInsets::borderTop},
+    {Property::BorderRight, &LayoutInsets::borderRight},
+    {Property::BorderBottom, &LayoutInsets::borderBottom},
+}};
 static_assert(firstInset + insets.size() <= PackedFields::kNumberFields);
 
 // The field of a style property in `fields`; -1 when it has none there.
@@ -258,6 +269,13 @@ public:
     // The same without a copy when the node keeps the defaults: those, or
     // `scratch` filled in.
     const StyleCache& style(StyleCache& scratch) const;
+    // The style a node has until a binding sets a value other than the
+    // default: most nodes keep it, so only the others hold their values.
+    static const StyleCache& defaultStyle();
+    // The style values bound to other than their defaults and the insets
+    // laid out other than 0, numbered as in PackedField: with the frame and
+    // the default style, all a new view's common values come from.
+    const PackedFields& styleAndInsets() const { return styleAndInsets_; }
     // The value of the kind's own property at `slot` of its list: what was
     // bound, or the property's default when the element does not name it.
     const Value& kindValueAt(std::size_t slot) const;
@@ -349,9 +367,6 @@ private:
     // something, most nodes being idle.
     const NodeQueues& queues() const;
     NodeQueues& mutableQueues();
-    // The style a node has until a binding sets a value other than the
-    // default: most nodes keep it, so only the others hold their values.
-    static const StyleCache& defaultStyle();
     // `field` numbers a text or a number among PackedField's style fields.
     void storeStyleText(unsigned field, std::string value);
     void storeStyleNumber(unsigned field, float value);

@@ -14,78 +14,63 @@ namespace Mero {
 
 namespace {
 
-// Where a node keeps the common values every view starts from: its
-// laid-out frame and box, then its style.
-double layoutValue(const LayoutCache& layout, Property property)
+// The float or string slot of a common property.
+std::size_t slotOf(Property property)
 {
-    switch (property) {
-    case Property::Width: return layout.width;
-    case Property::Height: return layout.height;
-    case Property::X: return layout.x;
-    case Property::Y: return layout.y;
-    case Property::PaddingLeft: return layout.paddingLeft;
-    case Property::PaddingTop: return layout.paddingTop;
-    case Property::PaddingRight: return layout.paddingRight;
-    case Property::PaddingBottom: return layout.paddingBottom;
-    case Property::BorderLeft: return layout.borderLeft;
-    case Property::BorderTop: return layout.borderTop;
-    case Property::BorderRight: return layout.borderRight;
-    case Property::BorderBottom: return layout.borderBottom;
-    default: return 0.0;
-    }
+    return hostIdOf(property) % 100;
 }
 
-float styleNumber(const StyleCache& style, Property property)
-{
-    switch (property) {
-    case Property::CornerLeftTop: return style.cornerLeftTop;
-    case Property::CornerRightTop: return style.cornerRightTop;
-    case Property::CornerRightBottom: return style.cornerRightBottom;
-    case Property::CornerLeftBottom: return style.cornerLeftBottom;
-    case Property::Opacity: return style.opacity;
-    case Property::ScaleX: return style.scaleX;
-    case Property::ScaleY: return style.scaleY;
-    case Property::AnchorPointX: return style.anchorPointX;
-    case Property::AnchorPointY: return style.anchorPointY;
-    case Property::RotationX: return style.rotationX;
-    case Property::RotationY: return style.rotationY;
-    case Property::RotationZ: return style.rotationZ;
-    case Property::TranslateX: return style.translateX;
-    case Property::TranslateY: return style.translateY;
-    default: return 0.0F;
-    }
-}
-
-// Where each common value a view starts from goes: its frame and box are
-// floats from the layout cache; its style colours are strings, its other
-// style values floats. Read once from the property table.
-struct CommonSlot {
-    Property property;
-    std::size_t slot;
-    enum class Source { Layout, StyleNumber, StyleText } source;
+// Where the common values every view starts from go: the frame's four
+// floats, and a slot for each packed field a node may keep (style texts;
+// style numbers and insets). `floats` is where every view's floats start:
+// the default style's numbers, 0 for the layout. Read once from the tables,
+// so that a view is filled without a lookup per property.
+struct CommonSlots {
+    std::array<float, ViewSlots::kFloats> floats{};
+    std::array<uint8_t, PackedFields::kNumberFields> numberSlots{};
+    std::array<uint8_t, PackedField::styleTexts.size()> textSlots{};
 };
 
-const std::vector<CommonSlot>& commonSlots()
+const CommonSlots& commonSlots()
 {
-    static const std::vector<CommonSlot> slots = [] {
-        std::vector<CommonSlot> list;
-        for (Property property : commonProperties()) {
-            const PropertyInfo& row = info(property);
-            if (row.hostId < 0) {
-                continue;
-            }
-            const auto slot = static_cast<std::size_t>(row.hostId % 100);
-            if (row.input == PropertyInput::LayoutResult || isYogaInput(row.input)) {
-                list.push_back({property, slot, CommonSlot::Source::Layout});
-            } else if (row.input == PropertyInput::Text) {
-                list.push_back({property, slot, CommonSlot::Source::StyleText});
-            } else {
-                list.push_back({property, slot, CommonSlot::Source::StyleNumber});
-            }
+    static const CommonSlots slots = [] {
+        CommonSlots made;
+        const StyleCache& defaults = ViewRenderNode::defaultStyle();
+        for (std::size_t field = 0; field < PackedField::styleNumbers.size(); ++field) {
+            const auto& number = PackedField::styleNumbers[field];
+            made.numberSlots[field] = static_cast<uint8_t>(slotOf(number.property));
+            made.floats[slotOf(number.property)] = defaults.*number.member;
         }
-        return list;
+        for (std::size_t i = 0; i < PackedField::insets.size(); ++i) {
+            made.numberSlots[PackedField::firstInset + i] =
+                static_cast<uint8_t>(slotOf(PackedField::insets[i].property));
+        }
+        for (std::size_t field = 0; field < PackedField::styleTexts.size(); ++field) {
+            made.textSlots[field] = static_cast<uint8_t>(slotOf(PackedField::styleTexts[field].property));
+        }
+        return made;
     }();
     return slots;
+}
+
+// The frame, the style and the insets: the values every view has.
+void putCommonValues(const ViewRenderNode& node, ViewSlots& slots)
+{
+    const CommonSlots& common = commonSlots();
+    slots.floats = common.floats;
+    const LayoutFrame& frame = node.frame();
+    slots.floats[slotOf(Property::Width)] = frame.width;
+    slots.floats[slotOf(Property::Height)] = frame.height;
+    slots.floats[slotOf(Property::X)] = static_cast<float>(frame.x);
+    slots.floats[slotOf(Property::Y)] = static_cast<float>(frame.y);
+    const PackedFields& packed = node.styleAndInsets();
+    packed.forEachNumber([&](unsigned field, float number) { slots.floats[common.numberSlots[field]] = number; });
+    const StyleCache& defaults = ViewRenderNode::defaultStyle();
+    for (std::size_t field = 0; field < PackedField::styleTexts.size(); ++field) {
+        const std::string* text = packed.text(static_cast<unsigned>(field));
+        slots.strings.set(common.textSlots[field],
+                          text != nullptr ? *text : defaults.*PackedField::styleTexts[field].member);
+    }
 }
 
 }  // namespace
@@ -158,21 +143,7 @@ void ViewSlots::put(uint32_t propertyId, const Value& value)
 void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots)
 {
     slots.type = node.type;
-    StyleCache scratch;
-    const StyleCache& style = node.style(scratch);
-    const LayoutCache layout = node.layout();
-    for (const CommonSlot& common : commonSlots()) {
-        switch (common.source) {
-        case CommonSlot::Source::Layout:
-            slots.floats[common.slot] = static_cast<float>(layoutValue(layout, common.property));
-            break;
-        case CommonSlot::Source::StyleNumber: slots.floats[common.slot] = styleNumber(style, common.property); break;
-        case CommonSlot::Source::StyleText:
-            slots.strings.set(common.slot,
-                              common.property == Property::BackgroundColor ? style.backgroundColor : style.borderColor);
-            break;
-        }
-    }
+    putCommonValues(node, slots);
     const std::span<const Property> own = node.kind().properties;
     for (std::size_t i = 0; i < own.size(); ++i) {
         if (own[i] == Property::BusinessData) {

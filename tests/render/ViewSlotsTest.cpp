@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 
+#include "render/RenderCard.h"
 #include "render/ViewSlots.h"
 
 namespace {
@@ -51,6 +52,25 @@ TEST(ViewSlotsPut, TheHundredsPickTheBufferAndTheRestTheSlot)
         slots.put(row.id, row.value);
         EXPECT_EQ(filled(slots), row.expected) << "property " << row.id;
     }
+}
+
+TEST(CollectViewSlots, CommonValuesAreTheFrameWhatTheNodeBindsAndTheDefaultsElsewhere)
+{
+    // In a row: "plain" binds only its box; "styled" binds colours, numbers, corners and insets.
+    MeroTest::RenderCard card(R"({"elements": {"$": 3, "nodeId": "root", "children": [
+        {"$": 0, "nodeId": "plain", "width": {"sizeType": 1, "value": 10}, "height": {"sizeType": 1, "value": 20},
+         "marginLeft": {"sizeType": 1, "value": 5}},
+        {"$": 0, "nodeId": "styled", "width": {"sizeType": 1, "value": 30}, "height": {"sizeType": 1, "value": 40},
+         "marginTop": {"sizeType": 1, "value": 7}, "backgroundColor": "#FF0000FF", "opacity": 0.25,
+         "cornerLeftTop": {"sizeType": 1, "value": 4}, "translateY": -3, "anchorPointX": 0,
+         "paddingTop": {"sizeType": 1, "value": 2}, "borderRight": {"sizeType": 1, "value": 1}}]}})");
+    card.build();
+    card.layout();
+    EXPECT_EQ(filled(Mero::collectViewSlots(*card.find("plain"))),
+              "f0=10 f1=20 f2=5 f8=1 f9=1 f10=1 f11=0.5 f12=0.5 s0=plain s1=#00000000 s2=#000000FF");
+    EXPECT_EQ(filled(Mero::collectViewSlots(*card.find("styled"))),
+              "f0=30 f1=40 f2=15 f3=7 f5=2 f8=0.25 f9=1 f10=1 f12=0.5 f16=4 f21=1 f37=-3 "
+              "s0=styled s1=#FF0000FF s2=#000000FF");
 }
 
 }  // namespace
