@@ -48,6 +48,10 @@ public:
     // unused: a slot is written about once).
     void set(std::size_t slot, std::string_view text)
     {
+        if (text.empty()) {
+            spans_[slot] = {};  // most of a view's texts are empty: no append
+            return;
+        }
         if (text_.size() + text.size() > text_.capacity()) {
             // Room for a view's usual texts at once, rather than growing by
             // doubling from the few bytes a string holds inline.
@@ -60,7 +64,7 @@ public:
     void clear() noexcept
     {
         text_.clear();
-        spans_.fill({});
+        spans_ = {};  // a block store, where fill() stores a span at a time
     }
 
 private:

@@ -54,6 +54,25 @@ TEST(ViewSlotsPut, TheHundredsPickTheBufferAndTheRestTheSlot)
     }
 }
 
+TEST(StringSlots, EachSlotReadsItsLastTextAndClearEmptiesThemAll)
+{
+    Mero::StringSlots strings;
+    strings.set(3, "first");
+    strings.set(7, "kept");
+    strings.set(3, "");
+    strings.set(9, "");
+    strings.set(4, "second");
+    EXPECT_EQ(strings[3], "");
+    EXPECT_EQ(strings[4], "second");
+    EXPECT_EQ(strings[7], "kept");
+    EXPECT_EQ(strings[9], "");
+    strings.clear();
+    strings.set(5, "after");
+    EXPECT_EQ(strings[4], "");
+    EXPECT_EQ(strings[7], "");
+    EXPECT_EQ(strings[5], "after");
+}
+
 TEST(CollectViewSlots, CommonValuesAreTheFrameWhatTheNodeBindsAndTheDefaultsElsewhere)
 {
     // In a row: "plain" binds only its box; "styled" binds colours, numbers, corners and insets.
