@@ -18,8 +18,8 @@ bool isPoints(YGValue size)
     return size.unit == YGUnitPoint;
 }
 
-// What a host property the element does not name reads as: the value its
-// binder would have stored from the fallback.
+}  // namespace
+
 const Value& defaultKindValue(Property property)
 {
     static const std::array<Value, kProperties.size()> defaults = [] {
@@ -38,8 +38,6 @@ const Value& defaultKindValue(Property property)
     }();
     return defaults[static_cast<std::size_t>(property)];
 }
-
-}  // namespace
 
 void KindValues::make(std::size_t count)
 {
@@ -61,17 +59,6 @@ const Value& ViewRenderNode::kindValue(Property property) const
     static const Value none;
     const int slot = kindSlotOf(kind(), property);
     return slot >= 0 ? kindValueAt(static_cast<std::size_t>(slot)) : none;
-}
-
-const Value& ViewRenderNode::kindValueAt(std::size_t slot) const
-{
-    const uint32_t bit = uint32_t{1} << slot;
-    // The values are made after the bits are found (a swiper's list is
-    // evaluated in between): until then every value reads as its default.
-    if ((kindNamed_ & bit) != 0 && kindValues_) {
-        return kindValues_[countBits(kindNamed_ & (bit - 1))];
-    }
-    return defaultKindValue(kind().properties[slot]);
 }
 
 bool ViewRenderNode::contentSizesNode() const

@@ -68,6 +68,10 @@ const NodeKind* kindOfCode(uint32_t code);
 // place for a code without one.
 uint8_t kindIndexOfCode(uint32_t code);
 
+// What a kind's own host property reads as when the element does not name
+// it: the value its binder would have stored from the fallback.
+const Value& defaultKindValue(Property property);
+
 // Where `property` stands in `kind`'s own list, or -1.
 int kindSlotOf(const NodeKind& kind, Property property);
 

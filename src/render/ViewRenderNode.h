@@ -278,7 +278,17 @@ public:
     const PackedFields& styleAndInsets() const { return styleAndInsets_; }
     // The value of the kind's own property at `slot` of its list: what was
     // bound, or the property's default when the element does not name it.
-    const Value& kindValueAt(std::size_t slot) const;
+    // In line: a new view reads each of its kind's values.
+    const Value& kindValueAt(std::size_t slot) const
+    {
+        const uint32_t bit = uint32_t{1} << slot;
+        // The values are made after the bits are found (a swiper's list is
+        // evaluated in between): until then every value reads as its default.
+        if ((kindNamed_ & bit) != 0 && kindValues_) {
+            return kindValues_[countBits(kindNamed_ & (bit - 1))];
+        }
+        return defaultKindValue(kind().properties[slot]);
+    }
 
     // What the node has queued for its view since the last flush, and
     // whether it is on the tree's pending list.

@@ -53,6 +53,32 @@ const CommonSlots& commonSlots()
     return slots;
 }
 
+// A kind's own property that its views receive, by its place in the kind's
+// list: many have none there (a container's flex values, a list's names).
+struct OwnSlot {
+    uint8_t index;
+    uint32_t hostId;  // kNoHostId: "businessData", which goes as JSON
+};
+
+// The kind's own slots, read once from the kinds' lists.
+std::span<const OwnSlot> ownSlots(const NodeKind& kind)
+{
+    static const std::vector<std::vector<OwnSlot>> byKind = [] {
+        std::vector<std::vector<OwnSlot>> lists;
+        for (const NodeKind& each : nodeKinds()) {
+            std::vector<OwnSlot>& list = lists.emplace_back();
+            for (std::size_t i = 0; i < each.properties.size(); ++i) {
+                const Property property = each.properties[i];
+                if (property == Property::BusinessData || info(property).hostId >= 0) {
+                    list.push_back({static_cast<uint8_t>(i), hostIdOf(property)});
+                }
+            }
+        }
+        return lists;
+    }();
+    return byKind[static_cast<std::size_t>(&kind - nodeKinds().data())];
+}
+
 // The frame, the style and the insets: the values every view has.
 void putCommonValues(const ViewRenderNode& node, ViewSlots& slots)
 {
@@ -144,12 +170,12 @@ void collectViewSlots(const ViewRenderNode& node, ViewSlots& slots)
 {
     slots.type = node.type;
     putCommonValues(node, slots);
-    const std::span<const Property> own = node.kind().properties;
-    for (std::size_t i = 0; i < own.size(); ++i) {
-        if (own[i] == Property::BusinessData) {
-            slots.strings.set(ViewSlots::kBusinessDataSlot, jsonWithinLimit(node.kindValueAt(i)));
-        } else if (info(own[i]).hostId >= 0) {
-            slots.put(hostIdOf(own[i]), node.kindValueAt(i));
+    for (const OwnSlot& own : ownSlots(node.kind())) {
+        const Value& value = node.kindValueAt(own.index);
+        if (own.hostId == kNoHostId) {
+            slots.strings.set(ViewSlots::kBusinessDataSlot, jsonWithinLimit(value));
+        } else {
+            slots.put(own.hostId, value);
         }
     }
     slots.strings.set(ViewSlots::kNodeIdSlot, node.nodeId);

@@ -92,4 +92,17 @@ TEST(CollectViewSlots, CommonValuesAreTheFrameWhatTheNodeBindsAndTheDefaultsElse
               "s0=styled s1=#FF0000FF s2=#000000FF");
 }
 
+TEST(CollectViewSlots, OwnValuesGoToTheirKindsSlotsAndUnnamedOnesReadAsTheirDefaults)
+{
+    MeroTest::RenderCard card(R"({"elements": {"$": 3, "nodeId": "root", "children": [
+        {"$": 4, "nodeId": "t", "text": "Hi", "maxLines": 2, "fontSize": {"sizeType": 1, "value": 14}},
+        {"$": 6, "nodeId": "d", "businessData": {"k": [1, 2]}, "dl_text_normal": "Get", "fontWeight": 700}]}})");
+    card.build();
+    const std::string common = "f8=1 f9=1 f10=1 f11=0.5 f12=0.5";
+    EXPECT_EQ(filled(Mero::collectViewSlots(*card.find("t"))),
+              "i0=2 " + common + " f24=14 s0=t s1=#00000000 s2=#000000FF s3=Hi s4=#000000FF");
+    EXPECT_EQ(filled(Mero::collectViewSlots(*card.find("d"))),
+              "i1=700 " + common + " s0=d s1=#00000000 s2=#000000FF s16=Get s21={\"k\":[1,2]}");
+}
+
 }  // namespace
