@@ -111,25 +111,33 @@ std::optional<ViewTree> RenderTree::createViews()
 
 namespace {
 
-// The nodes whose views are the host children of `node`'s view.
+// Appends to `shown` the nodes whose views are the host children of
+// `node`'s view.
+void appendHostChildren(const ViewRenderNode& node, HostNodeList& shown)
+{
+    if (!node.isContainer()) {
+        return;
+    }
+    for (const RenderNodePtr& child : static_cast<const ContainerRenderNode&>(node).children) {
+        // Most children stand for themselves; only a flattened one hands up
+        // a list of its own.
+        if (child->visible() && !child->flattened()) {
+            shown.push_back(child.get());
+            continue;
+        }
+        for (ViewRenderNode* view : child->collectHostNodes().value_or(HostNodeList())) {
+            shown.push_back(view);
+        }
+    }
+}
+
 HostNodeList hostChildrenOf(const ViewRenderNode& node)
 {
     HostNodeList shown;
     if (node.isContainer()) {
-        const auto& children = static_cast<const ContainerRenderNode&>(node).children;
-        shown.reserve(children.size());
-        for (const RenderNodePtr& child : children) {
-            // Most children stand for themselves; only a flattened one hands
-            // up a list of its own.
-            if (child->visible() && !child->flattened()) {
-                shown.push_back(child.get());
-                continue;
-            }
-            for (ViewRenderNode* view : child->collectHostNodes().value_or(HostNodeList())) {
-                shown.push_back(view);
-            }
-        }
+        shown.reserve(static_cast<const ContainerRenderNode&>(node).children.size());
     }
+    appendHostChildren(node, shown);
     return shown;
 }
 
@@ -169,6 +177,9 @@ struct RenderTree::ViewStream {
     ViewMaker& maker;
     ViewSlots slots;
     std::vector<const ViewRenderNode*> refused;
+    // The host children of the views being made, each view's after its
+    // parent's: one list for the whole card, not one per view.
+    HostNodeList children;
 };
 
 ViewHandle RenderTree::createViews(ViewMaker& maker)
@@ -177,7 +188,7 @@ ViewHandle RenderTree::createViews(ViewMaker& maker)
         return nullptr;
     }
     layoutApplied_ = true;
-    ViewStream stream{maker, {}, {}};
+    ViewStream stream{maker, {}, {}, {}};
     ViewHandle top = streamViews(*root_, nullptr, stream);
     viewsRefused(stream.refused);
     return top;
@@ -198,9 +209,15 @@ ViewHandle RenderTree::streamViews(ViewRenderNode& node, ViewHandle parent, View
         markViewsMadeBelow(node);
         return nullptr;
     }
-    for (ViewRenderNode* child : hostChildrenOf(node)) {
-        streamViews(*child, view, stream);
+    // By place: the children's own children go after them, and are gone
+    // again when they are done.
+    const std::size_t first = stream.children.size();
+    appendHostChildren(node, stream.children);
+    const std::size_t end = stream.children.size();
+    for (std::size_t place = first; place < end; ++place) {
+        streamViews(*stream.children[place], view, stream);
     }
+    stream.children.resize(first);
     stream.maker.finishView(view, parent, type);
     return view;
 }
