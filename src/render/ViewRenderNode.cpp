@@ -204,24 +204,6 @@ ViewRenderNode::Extras& ViewRenderNode::mutableExtras()
     return *extras;
 }
 
-const std::string& ViewRenderNode::onClick() const
-{
-    static const std::string none;
-    return extras() != nullptr ? extras()->onClick : none;
-}
-
-const Value& ViewRenderNode::loopAnimation() const
-{
-    static const Value none;
-    return extras() != nullptr ? extras()->loopAnimation : none;
-}
-
-const Gradient& ViewRenderNode::gradient() const
-{
-    static const Gradient none;
-    return extras() != nullptr ? extras()->gradient : none;
-}
-
 const Transition* ViewRenderNode::transitionFor(std::string_view key) const
 {
     const Extras* held = extras();

@@ -242,12 +242,24 @@ public:
     const OwnedYogaNode yogaNode;
     const uint32_t type;
     // The "onClick" event name (what a click dispatches), read once; empty
-    // for most nodes.
-    const std::string& onClick() const;
+    // for most nodes. These three are in line: every new view reads them.
+    const std::string& onClick() const
+    {
+        static const std::string none;
+        return extras() != nullptr ? extras()->onClick : none;
+    }
     // The "loopAnimation", evaluated once; null for most nodes.
-    const Value& loopAnimation() const;
+    const Value& loopAnimation() const
+    {
+        static const Value none;
+        return extras() != nullptr ? extras()->loopAnimation : none;
+    }
     // "backgroundGradient", read once; few nodes have one.
-    const Gradient& gradient() const;
+    const Gradient& gradient() const
+    {
+        static const Gradient none;
+        return extras() != nullptr ? extras()->gradient : none;
+    }
 
     bool visible() const { return visible_; }
     // A flattened ("isEmpty") container has no view of its own: its shown

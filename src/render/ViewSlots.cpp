@@ -29,6 +29,7 @@ struct CommonSlots {
     std::array<float, ViewSlots::kFloats> floats{};
     std::array<uint8_t, PackedFields::kNumberFields> numberSlots{};
     std::array<uint8_t, PackedField::styleTexts.size()> textSlots{};
+    std::array<std::string_view, PackedField::styleTexts.size()> textDefaults{};
 };
 
 const CommonSlots& commonSlots()
@@ -47,6 +48,7 @@ const CommonSlots& commonSlots()
         }
         for (std::size_t field = 0; field < PackedField::styleTexts.size(); ++field) {
             made.textSlots[field] = static_cast<uint8_t>(slotOf(PackedField::styleTexts[field].property));
+            made.textDefaults[field] = defaults.*PackedField::styleTexts[field].member;
         }
         return made;
     }();
@@ -91,11 +93,9 @@ void putCommonValues(const ViewRenderNode& node, ViewSlots& slots)
     slots.floats[slotOf(Property::Y)] = static_cast<float>(frame.y);
     const PackedFields& packed = node.styleAndInsets();
     packed.forEachNumber([&](unsigned field, float number) { slots.floats[common.numberSlots[field]] = number; });
-    const StyleCache& defaults = ViewRenderNode::defaultStyle();
     for (std::size_t field = 0; field < PackedField::styleTexts.size(); ++field) {
         const std::string* text = packed.text(static_cast<unsigned>(field));
-        slots.strings.set(common.textSlots[field],
-                          text != nullptr ? *text : defaults.*PackedField::styleTexts[field].member);
+        slots.strings.set(common.textSlots[field], text != nullptr ? *text : common.textDefaults[field]);
     }
 }
 
