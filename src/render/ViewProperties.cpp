@@ -162,23 +162,14 @@ void ViewRenderNode::bindCommonProperties(const Value& element, const NamedPrope
 {
     const uint64_t named = found.common;
     const std::span<const Property> common = commonProperties();
-    // Visibility and the Yoga numbers are set whether named or not; every
-    // other common property is bound only when the element names it (an
-    // unnamed one would call nothing, or bind the default the default style
-    // already holds). In the list's order, which is observable.
-    static const uint64_t boundUnnamed = [common] {
-        uint64_t bits = 0;
-        for (std::size_t i = 0; i < common.size(); ++i) {
-            const PropertyInput input = info(common[i]).input;
-            bits |= input == PropertyInput::Visibility || input == PropertyInput::YogaNumber ? uint64_t{1} << i : 0;
-        }
-        return bits;
-    }();
-
-    for (uint64_t bound = named | boundUnnamed; bound != 0; bound &= bound - 1) {
+    // Only what the element names is bound, in the list's order, which is
+    // observable. An unnamed property would set what a new node already has:
+    // shown; Yoga's relative position; a flex grow and shrink of 0, which
+    // Yoga reads the same as its unset ones (without web defaults).
+    for (uint64_t bound = named; bound != 0; bound &= bound - 1) {
         const auto i = static_cast<std::size_t>(std::countr_zero(bound));
         const PropertyInfo& row = info(common[i]);
-        const Value* member = (named & (uint64_t{1} << i)) != 0 ? found.commonMembers[i] : nullptr;
+        const Value* member = found.commonMembers[i];
         switch (row.input) {
         case PropertyInput::Visibility:
             bindBool(member, true, [this](bool shown, bool) { setVisible(shown); });
@@ -194,10 +185,6 @@ void ViewRenderNode::bindCommonProperties(const Value& element, const NamedPrope
             });
             break;
         case PropertyInput::YogaNumber:
-            if (row.property == Property::FlexGrow) {
-                // Called once, unconditionally, at this point of the order.
-                YGNodeStyleSetFlexBasisAuto(yogaNode);
-            }
             bindNumber(member, 0.0, [this, set = yogaEffect(row.property).number](double number, bool initial) {
                 set(yogaNode, number);
                 if (!initial) {
