@@ -27,11 +27,11 @@ void setFlexValue(YGNodeRef node, Property property, int32_t value)
 
 }  // namespace
 
-FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
+FlexRenderNode::FlexRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                LocalScope localScope)
     : ContainerRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
-    if (const Value* list = NodeBinding::propertyOf(element, keyOf(Property::Children))) {
+    if (const Value* list = element.ownMember(Property::Children)) {
         childElements = list->arrayPtr();
     }
     // Every flex value is set, its default too: the direction defaults to
@@ -41,7 +41,7 @@ FlexRenderNode::FlexRenderNode(const Value& element, ContainerRenderNode* parent
         if (row.input != PropertyInput::YogaEnum) {
             continue;
         }
-        bindNumber(NodeBinding::propertyOf(element, row.key), row.numberDefault, [this, property](double number, bool initial) {
+        bindNumber(element.ownMember(property), row.numberDefault, [this, property](double number, bool initial) {
             setFlexValue(yogaNode, property, truncateToInt32(number));
             if (!initial) {
                 requestLayout();

@@ -8,7 +8,8 @@ namespace Mero {
 
 class FlexRenderNode : public ContainerRenderNode {
 public:
-    FlexRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope);
+    FlexRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
+                   LocalScope localScope);
 
     void createChildren() override;
     // Its own frame first, then every shown child's, in child order.

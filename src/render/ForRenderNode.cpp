@@ -6,19 +6,19 @@
 
 namespace Mero {
 
-ForRenderNode::ForRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
+ForRenderNode::ForRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                              LocalScope localScope)
     : FlexRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
-    if (const Value* source = NodeBinding::propertyOf(element, keyOf(Property::List))) {
+    if (const Value* source = element.ownMember(Property::List)) {
         Value items =
             NodeBinding::isScalar(*source) ? *source : createRuntimeObject(*source)->value(this->scope, this->engine());
         list = items.arrayPtr();
     }
-    if (const Value* name = NodeBinding::propertyOf(element, keyOf(Property::Index))) {
+    if (const Value* name = element.ownMember(Property::Index)) {
         indexName = name->string();
     }
-    if (const Value* name = NodeBinding::propertyOf(element, keyOf(Property::Item))) {
+    if (const Value* name = element.ownMember(Property::Item)) {
         itemName = name->string();
     }
     if (childElements && !childElements->empty()) {

@@ -12,7 +12,8 @@ namespace Mero {
 
 class ForRenderNode : public FlexRenderNode {
 public:
-    ForRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope);
+    ForRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
+                  LocalScope localScope);
 
     // Builds every item and puts the shown ones into the Yoga tree.
     void createChildren() override;

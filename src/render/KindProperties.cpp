@@ -69,10 +69,10 @@ bool ViewRenderNode::contentSizesNode() const
            !(isPoints(YGNodeStyleGetWidth(yogaNode)) && isPoints(YGNodeStyleGetHeight(yogaNode)));
 }
 
-void ViewRenderNode::bindKindProperties(const Value& element)
+void ViewRenderNode::bindKindProperties(const NamedProperties& element)
 {
     const std::span<const Property> properties = kind().properties;
-    // kindNamed_ was found by the constructor, in its one pass over the
+    // kindNamed_ and the members were found in the one pass over the
     // element's members. The values are made first: the bindings keep
     // references into kindValues_, which must not move once they are made.
     if (kindNamed_ != 0) {
@@ -85,7 +85,7 @@ void ViewRenderNode::bindKindProperties(const Value& element)
         }
         const PropertyInfo& row = info(properties[i]);
         Value& slot = kindValues_[stored++];
-        const Value* member = NodeBinding::propertyOf(element, row.key);
+        const Value* member = element.ownMembers[i];
         if (row.input == PropertyInput::Literal) {
             slot = *member;  // kept as the template gives it
             continue;

@@ -21,7 +21,7 @@ YGSize measureLeaf(YGNodeConstRef yogaNode, float width, YGMeasureMode widthMode
 
 }  // namespace
 
-LeafRenderNode::LeafRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
+LeafRenderNode::LeafRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                LocalScope localScope)
     : ViewRenderNode(element, parentNode, renderTree, std::move(localScope))
 {

@@ -12,7 +12,7 @@ namespace Mero {
 
 class LeafRenderNode : public ViewRenderNode {
 public:
-    LeafRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
+    LeafRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                    LocalScope localScope);
 
     // The size of the content for the space Yoga offers (Yoga's measure

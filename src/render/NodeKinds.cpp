@@ -6,6 +6,9 @@
 #include <string>
 #include <cstdint>
 
+#include "runtime/NumberConversion.h"
+#include "value/ValueObject.h"
+
 namespace Mero {
 
 namespace {
@@ -91,12 +94,6 @@ const NodeKind* kindOfCode(uint32_t code)
     return found != kKinds.end() ? &*found : nullptr;
 }
 
-uint8_t kindIndexOfCode(uint32_t code)
-{
-    const NodeKind* kind = kindOfCode(code);
-    return static_cast<uint8_t>(kind != nullptr ? kind - kKinds.data() : 0);
-}
-
 uint64_t commonBit(Property property)
 {
     static const auto bitOfProperty = [] {
@@ -110,10 +107,16 @@ uint64_t commonBit(Property property)
     return bitOfProperty[static_cast<std::size_t>(property)];
 }
 
-NamedProperties namedProperties(const Value& element, const NodeKind& kind)
+NamedProperties namedProperties(const Value& element)
 {
     NamedProperties named;
-    for (const auto& [key, value] : element.object()) {
+    const ValueObject& members = element.object();
+    // The kind first: it numbers the own properties.
+    auto type = members.find(keyOf(Property::Type));
+    named.type = truncateToUint32(type == members.end() ? 0.0 : type->second.number());
+    named.kind = kindOfCode(named.type);
+    const NodeKind& kind = named.kind != nullptr ? *named.kind : kKinds[0];
+    for (const auto& [key, value] : members) {
         const std::optional<Property> property = propertyOfKey(key);
         if (!property) {
             continue;
@@ -122,8 +125,9 @@ NamedProperties namedProperties(const Value& element, const NodeKind& kind)
             named.common |= bit;
             named.commonMembers[static_cast<std::size_t>(std::countr_zero(bit))] = &value;
         }
-        if (!value.isNull() && isHostValue(info(*property).input)) {
-            if (const int slot = kindSlotOf(kind, *property); slot >= 0) {
+        if (const int slot = kindSlotOf(kind, *property); slot >= 0) {
+            named.ownMembers[static_cast<std::size_t>(slot)] = &value;
+            if (!value.isNull() && isHostValue(info(*property).input)) {
                 named.own |= uint32_t{1} << slot;
             }
         }
@@ -131,10 +135,35 @@ NamedProperties namedProperties(const Value& element, const NodeKind& kind)
     return named;
 }
 
+const Value& NamedProperties::commonMember(Property property) const
+{
+    static const Value absent;
+    const uint64_t bit = commonBit(property);
+    return (common & bit) != 0 ? *commonMembers[static_cast<std::size_t>(std::countr_zero(bit))] : absent;
+}
+
+const Value* NamedProperties::ownMember(Property property) const
+{
+    const int slot = kindSlotOf(kind != nullptr ? *kind : kKinds[0], property);
+    const Value* member = slot >= 0 ? ownMembers[static_cast<std::size_t>(slot)] : nullptr;
+    return member != nullptr && !member->isNull() ? member : nullptr;
+}
+
 int kindSlotOf(const NodeKind& kind, Property property)
 {
-    auto found = std::find(kind.properties.begin(), kind.properties.end(), property);
-    return found != kind.properties.end() ? static_cast<int>(found - kind.properties.begin()) : -1;
+    // Every member of every element asks, so each kind's slots are a table.
+    static const auto slots = [] {
+        std::array<std::array<int8_t, kProperties.size()>, kKinds.size()> table;
+        for (std::size_t k = 0; k < kKinds.size(); ++k) {
+            table[k].fill(-1);
+            for (std::size_t slot = 0; slot < kKinds[k].properties.size(); ++slot) {
+                int8_t& entry = table[k][static_cast<std::size_t>(kKinds[k].properties[slot])];
+                entry = entry < 0 ? static_cast<int8_t>(slot) : entry;  // the first, as a search finds
+            }
+        }
+        return table;
+    }();
+    return slots[static_cast<std::size_t>(&kind - kKinds.data())][static_cast<std::size_t>(property)];
 }
 
 namespace {

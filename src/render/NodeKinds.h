@@ -42,20 +42,32 @@ struct NodeKind {
 // The properties every node has, in the order they are read and bound.
 std::span<const Property> commonProperties();
 
-// The properties an element names, found in one pass over its members: an
-// element names a handful of the forty-odd common ones and of its kind's, and
-// the others need no lookup each. Bit i of `common` stands for the i-th common
+// An element as its node is built from it: its type code and kind, and the
+// properties it names, found in one pass over its members. An element names
+// a handful of the forty-odd common properties and of its kind's, and the
+// others need no lookup each. Bit i of `common` stands for the i-th common
 // property (commonBit gives a property's bit, 0 for one that is not common);
 // bit i of `own` for the kind's i-th own property, when it is a host value
 // (isHostValue) and not null.
 struct NamedProperties {
+    uint32_t type = 0;
+    // Null for a code without a kind (1, 12 and above): a plain view's.
+    const NodeKind* kind = nullptr;
     uint64_t common = 0;
     uint32_t own = 0;
-    // The member of each common property named, by its bit's number: what
-    // binding it reads, without looking the key up again.
+    // The member of each common property named, by its bit's number, and of
+    // each of the kind's own properties named, by its slot (null or not):
+    // what building the node reads, without looking the key up again.
     std::array<const Value*, 64> commonMembers{};
+    std::array<const Value*, 32> ownMembers{};
+
+    // The member of a common property; a null Value when the element has none.
+    const Value& commonMember(Property property) const;
+    // The member of one of the kind's own properties; null when the element
+    // has none or it is null.
+    const Value* ownMember(Property property) const;
 };
-NamedProperties namedProperties(const Value& element, const NodeKind& kind);
+NamedProperties namedProperties(const Value& element);
 uint64_t commonBit(Property property);
 
 // The kinds, by type code; codes without a kind (1, 12 and above) build a
@@ -64,15 +76,13 @@ std::span<const NodeKind> nodeKinds();
 
 // The kind of a type code, or null.
 const NodeKind* kindOfCode(uint32_t code);
-// Where the kind of a type code stands among nodeKinds(); a plain view's
-// place for a code without one.
-uint8_t kindIndexOfCode(uint32_t code);
 
 // What a kind's own host property reads as when the element does not name
 // it: the value its binder would have stored from the fallback.
 const Value& defaultKindValue(Property property);
 
-// Where `property` stands in `kind`'s own list, or -1.
+// Where `property` stands in `kind`'s own list (`kind` one of nodeKinds()),
+// or -1.
 int kindSlotOf(const NodeKind& kind, Property property);
 
 }  // namespace Mero

@@ -8,7 +8,6 @@
 #include "render/NodeKinds.h"
 #include "render/RenderTree.h"
 #include "render/SwiperRenderNode.h"
-#include "runtime/NumberConversion.h"
 #include "runtime/ScriptRun.h"
 
 namespace Mero {
@@ -16,7 +15,8 @@ namespace Mero {
 namespace {
 
 template <typename Node>
-RenderNodePtr make(const Value& element, ContainerRenderNode* parent, RenderTree& tree, const LocalScope& scope)
+RenderNodePtr make(const NamedProperties& element, ContainerRenderNode* parent, RenderTree& tree,
+                   const LocalScope& scope)
 {
     return RenderNodePtr(new Node(element, parent, tree, scope));
 }
@@ -24,20 +24,19 @@ RenderNodePtr make(const Value& element, ContainerRenderNode* parent, RenderTree
 RenderNodePtr constructNode(const Value& element, ContainerRenderNode* parent, RenderTree& tree,
                             const LocalScope& scope)
 {
-    auto found = element.object().find(keyOf(Property::Type));
-    const double code = found == element.object().end() ? 0.0 : found->second.number();
-    const NodeKind* kind = kindOfCode(truncateToUint32(code));
-    if (kind == nullptr) {
+    // One pass over the element's members finds all that building it reads.
+    const NamedProperties named = namedProperties(element);
+    if (named.kind == nullptr) {
         // 1, and 12 and above: a plain view stands in (and builds no children).
         std::cout << "render node type error" << std::endl;
-        return make<ViewRenderNode>(element, parent, tree, scope);
+        return make<ViewRenderNode>(named, parent, tree, scope);
     }
-    switch (kind->nodeClass) {
-    case NodeClass::View: return make<ViewRenderNode>(element, parent, tree, scope);
-    case NodeClass::Flex: return make<FlexRenderNode>(element, parent, tree, scope);
-    case NodeClass::For: return make<ForRenderNode>(element, parent, tree, scope);
-    case NodeClass::Swiper: return make<SwiperRenderNode>(element, parent, tree, scope);
-    case NodeClass::Leaf: return make<LeafRenderNode>(element, parent, tree, scope);
+    switch (named.kind->nodeClass) {
+    case NodeClass::View: return make<ViewRenderNode>(named, parent, tree, scope);
+    case NodeClass::Flex: return make<FlexRenderNode>(named, parent, tree, scope);
+    case NodeClass::For: return make<ForRenderNode>(named, parent, tree, scope);
+    case NodeClass::Swiper: return make<SwiperRenderNode>(named, parent, tree, scope);
+    case NodeClass::Leaf: return make<LeafRenderNode>(named, parent, tree, scope);
     }
     return nullptr;
 }

@@ -38,14 +38,15 @@ void pageDirtied(YGNodeConstRef page)
 
 }  // namespace
 
-SwiperRenderNode::SwiperRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
-                                   LocalScope localScope)
-    : ForRenderNode(element, parentNode, renderTree, std::move(localScope)), pageYogaNode(YGNodeNewWithConfig(renderTree.yogaConfig()))
+SwiperRenderNode::SwiperRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode,
+                                   RenderTree& renderTree, LocalScope localScope)
+    : ForRenderNode(element, parentNode, renderTree, std::move(localScope)),
+      pageYogaNode(YGNodeNewWithConfig(renderTree.yogaConfig()))
 {
     YGNodeSetContext(pageYogaNode, this);
     YGNodeSetMeasureFunc(pageYogaNode, measurePageArea);
     YGNodeInsertChild(yogaNode, pageYogaNode, 0);
-    if (const Value* handler = NodeBinding::propertyOf(element, keyOf(Property::OnSwiperChange))) {
+    if (const Value* handler = element.ownMember(Property::OnSwiperChange)) {
         onSwiperChange = *handler;
     }
     bindKindProperties(element);

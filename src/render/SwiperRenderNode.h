@@ -11,7 +11,8 @@ namespace Mero {
 
 class SwiperRenderNode : public ForRenderNode {
 public:
-    SwiperRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope);
+    SwiperRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
+                     LocalScope localScope);
     ~SwiperRenderNode() override;
     SwiperRenderNode(const SwiperRenderNode&) = delete;
     SwiperRenderNode& operator=(const SwiperRenderNode&) = delete;

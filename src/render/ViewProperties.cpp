@@ -128,10 +128,10 @@ void applySize(const YogaEffect& effect, YGNodeRef node, YGValue size)
     }
 }
 
-Gradient readGradient(const Value& element)
+Gradient readGradient(const NamedProperties& element)
 {
     Gradient gradient;
-    const Value* literal = NodeBinding::propertyOf(element, "backgroundGradient");
+    const Value* literal = NodeBinding::present(&element.commonMember(Property::BackgroundGradient));
     if (literal == nullptr) {
         return gradient;
     }
@@ -158,9 +158,9 @@ Gradient readGradient(const Value& element)
 
 }  // namespace
 
-void ViewRenderNode::bindCommonProperties(const Value& element, const NamedProperties& found)
+void ViewRenderNode::bindCommonProperties(const NamedProperties& element)
 {
-    const uint64_t named = found.common;
+    const uint64_t named = element.common;
     const std::span<const Property> common = commonProperties();
     // Only what the element names is bound, in the list's order, which is
     // observable. An unnamed property would set what a new node already has:
@@ -169,7 +169,7 @@ void ViewRenderNode::bindCommonProperties(const Value& element, const NamedPrope
     for (uint64_t bound = named; bound != 0; bound &= bound - 1) {
         const auto i = static_cast<std::size_t>(std::countr_zero(bound));
         const PropertyInfo& row = info(common[i]);
-        const Value* member = found.commonMembers[i];
+        const Value* member = element.commonMembers[i];
         switch (row.input) {
         case PropertyInput::Visibility:
             bindBool(member, true, [this](bool shown, bool) { setVisible(shown); });

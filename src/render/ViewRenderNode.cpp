@@ -20,16 +20,11 @@ void RenderNodeDeleter::operator()(ViewRenderNode* node) const noexcept
 
 namespace {
 
-const Value& memberOf(const Value& element, Property property)
-{
-    return Mero::memberOf(element, keyOf(property));
-}
-
 // Items of a list are told apart by their numeric locals: "id#0", and
 // "id#1#0" for an item of an item.
-std::string scopedNodeId(const Value& element, const LocalScope& scope)
+std::string scopedNodeId(const NamedProperties& element, const LocalScope& scope)
 {
-    std::string id = memberOf(element, Property::NodeId).string();
+    std::string id = element.commonMember(Property::NodeId).string();
     if (scope) {
         for (const auto& [name, local] : *scope) {
             if (local.is(Kind::Number)) {
@@ -43,9 +38,9 @@ std::string scopedNodeId(const Value& element, const LocalScope& scope)
 
 // "loopAnimation", evaluated once at construction; absent when the element
 // has none.
-Value evaluatedOnce(const Value& element, Property property, const LocalScope& scope, const EngineRef& engine)
+Value evaluatedOnce(const NamedProperties& element, Property property, const LocalScope& scope, const EngineRef& engine)
 {
-    const Value* value = NodeBinding::propertyOf(element, keyOf(property));
+    const Value* value = NodeBinding::present(&element.commonMember(property));
     if (value == nullptr) {
         return Value();
     }
@@ -100,27 +95,30 @@ bool namesInset(uint64_t named)
 
 ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                                LocalScope localScope)
+    : ViewRenderNode(namedProperties(element), parentNode, renderTree, std::move(localScope))
+{}
+
+ViewRenderNode::ViewRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
+                               LocalScope localScope)
     : nodeId(scopedNodeId(element, localScope)),
       parent(parentNode),
       scope(std::move(localScope)),
       yogaNode(YGNodeNewWithConfig(renderTree.yogaConfig())),
-      type(truncateToUint32(memberOf(element, Property::Type).number())),
-      kindIndex_(kindIndexOfCode(type))
+      type(element.type),
+      kindIndex_(static_cast<uint8_t>(element.kind != nullptr ? element.kind - nodeKinds().data() : 0))
 {
     YGNodeSetContext(yogaNode, this);
     tree().nodeMade();
     try {
-        // Only what the element names is looked up.
-        const NamedProperties found = namedProperties(element, kind());
-        const uint64_t named = found.common;
+        const uint64_t named = element.common;
         // Only the classes that keep their kind's values (leaf and swiper,
         // through bindKindProperties) record which the element names.
         if (kind().nodeClass == NodeClass::Leaf || kind().nodeClass == NodeClass::Swiper) {
-            kindNamed_ = found.own;
+            kindNamed_ = element.own;
         }
         auto names = [named](Property property) { return (named & commonBit(property)) != 0; };
         if (names(Property::OnClick)) {
-            if (const std::string& click = memberOf(element, Property::OnClick).string(); !click.empty()) {
+            if (const std::string& click = element.commonMember(Property::OnClick).string(); !click.empty()) {
                 mutableExtras().onClick = click;
             }
         }
@@ -131,12 +129,12 @@ ViewRenderNode::ViewRenderNode(const Value& element, ContainerRenderNode* parent
         }
         // The root always has a view of its own (the host's root view): it
         // cannot be flattened into a parent it does not have.
-        flattened_ = parent != nullptr && names(Property::IsEmpty) && memberOf(element, Property::IsEmpty).boolean();
+        flattened_ = parent != nullptr && element.commonMember(Property::IsEmpty).boolean();
         namesInsets_ = namesInset(named);
         if (names(Property::Transition)) {
-            readTransitions(element);
+            readTransitions(element.commonMember(Property::Transition));
         }
-        bindCommonProperties(element, found);
+        bindCommonProperties(element);
     } catch (...) {
         // No destructor runs for a node whose constructor throws.
         leaveTree();
@@ -170,9 +168,8 @@ void ViewRenderNode::leaveTree() noexcept
     }
 }
 
-void ViewRenderNode::readTransitions(const Value& element)
+void ViewRenderNode::readTransitions(const Value& transition)
 {
-    const Value& transition = memberOf(element, Property::Transition);
     if (!transition.is(Kind::Object)) {
         return;
     }

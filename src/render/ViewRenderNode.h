@@ -191,6 +191,10 @@ public:
     // `element` is the template element (an object), `parent` null for the
     // root, `scope` the locals the node's expressions see (may be empty).
     ViewRenderNode(const Value& element, ContainerRenderNode* parentNode, RenderTree& renderTree, LocalScope localScope);
+    // The same from what the factory found in the element (its members stay
+    // where they are while the node is made).
+    ViewRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
+                   LocalScope localScope);
     virtual ~ViewRenderNode();
     ViewRenderNode(const ViewRenderNode&) = delete;
     ViewRenderNode& operator=(const ViewRenderNode&) = delete;
@@ -345,13 +349,13 @@ protected:
     RenderTree& tree() const;
 
     // The properties every node has, in their binding order.
-    void bindCommonProperties(const Value& element, const NamedProperties& found);
+    void bindCommonProperties(const NamedProperties& element);
     // The kind's own host properties the element names, kept in
     // kindValues_: constants are stored once (the host view is made from
     // them); a bound value stores each change and sends it under the
     // property's host id, animated where the property may animate and
     // "transition" names it. The others read as their defaults.
-    void bindKindProperties(const Value& element);
+    void bindKindProperties(const NamedProperties& element);
 
 private:
     // A setter that tells `apply` whether this is the first value.
@@ -394,7 +398,7 @@ private:
     void storeStyleNumber(unsigned field, float value);
 
     void leaveTree() noexcept;
-    void readTransitions(const Value& element);
+    void readTransitions(const Value& transition);
     void readLayout();
     // The padding (or the border) Yoga laid out, sent where it changed.
     void readInsets(bool borders, const LayoutInsets& cached);
