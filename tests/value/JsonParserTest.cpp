@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "support/CanonicalJson.h"
 #include "support/ReportedErrors.h"
@@ -117,6 +118,31 @@ TEST(JsonParserStrings, TextNeedNotEndWithAZeroByte)
     JsonParser parser;
     parser.parse(text.data(), text.data() + 8);  // cut inside the string
     EXPECT_EQ(parser.root().object().at("s").string(), "ab");
+}
+
+// Strings are scanned for their closing quote or first escape many bytes at
+// a time: every length puts the end of the string at another place in a block
+// and in the tail after the last whole block, and the text is cut right after
+// it, so that nothing past the end may be read.
+TEST(JsonParserStrings, EveryLengthEndsWhereItsQuoteOrEscapeIs)
+{
+    for (size_t length = 0; length <= 40; ++length) {
+        std::string plain;
+        for (size_t i = 0; i < length; ++i) {
+            plain += static_cast<char>('a' + i % 26);
+        }
+        const std::string text = "{\"" + plain + "\":\"" + plain + "\\n" + plain + "\"}";
+        const std::vector<char> exact(text.begin(), text.end());
+        JsonParser parser;
+        parser.parse(exact.data(), exact.data() + exact.size());
+        EXPECT_EQ(parser.root().object().at(plain).string(), plain + "\n" + plain) << length;
+
+        const std::string unterminated = "{\"s\":\"" + plain;
+        const std::vector<char> cut(unterminated.begin(), unterminated.end());
+        JsonParser cutParser;
+        cutParser.parse(cut.data(), cut.data() + cut.size());
+        EXPECT_EQ(cutParser.root().object().at("s").string(), plain) << length;
+    }
 }
 
 TEST(JsonParserStrings, EmbeddedZeroByteReadsAsEnd)
