@@ -343,6 +343,26 @@ inline void JsonParser::step()
     }
 }
 
+// Reads the string under the cursor (on its opening quote) and leaves the
+// cursor past its closing quote. The result views the text itself when the
+// string holds no escape, and `buffer` otherwise; an unterminated string runs
+// to the end. In line: every key and string value comes here.
+inline std::string_view JsonParser::readString(std::string& buffer)
+{
+    const char* start = ++cursor_;
+    const char* stop = findQuoteOrBackslash(start, end_);
+    if (stop == end_) {
+        cursor_ = end_;
+        return {start, static_cast<size_t>(stop - start)};
+    }
+    if (*stop == '"') {
+        cursor_ = stop + 1;
+        return {start, static_cast<size_t>(stop - start)};
+    }
+    cursor_ = stop;
+    return readEscapedString(start, buffer);
+}
+
 void JsonParser::parse(const char* begin, const char* end)
 {
     begin_ = begin;
@@ -665,26 +685,6 @@ void JsonParser::close()
             static_cast<uint32_t>(std::min(top.object != nullptr ? top.object->size() : top.array->size(), kMaxHint));
     }
     stack_.pop_back();
-}
-
-// Reads the string under the cursor (on its opening quote) and leaves the
-// cursor past its closing quote. The result views the text itself when the
-// string holds no escape, and `buffer` otherwise; an unterminated string runs
-// to the end.
-std::string_view JsonParser::readString(std::string& buffer)
-{
-    const char* start = ++cursor_;
-    const char* stop = findQuoteOrBackslash(start, end_);
-    if (stop == end_) {
-        cursor_ = end_;
-        return {start, static_cast<size_t>(stop - start)};
-    }
-    if (*stop == '"') {
-        cursor_ = stop + 1;
-        return {start, static_cast<size_t>(stop - start)};
-    }
-    cursor_ = stop;
-    return readEscapedString(start, buffer);
 }
 
 std::string_view JsonParser::readEscapedString(const char* start, std::string& buffer)
