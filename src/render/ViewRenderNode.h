@@ -315,7 +315,7 @@ public:
 
 protected:
     // Binders. Each takes the element's member for a property (null when
-    // the element has none; NodeBinding::propertyOf finds it) and calls
+    // the element has none, as namedProperties found it) and calls
     // apply(converted, initial): once now with initial = true, then with
     // initial = false after every change of a UI variable the expression
     // reads, for as long as this node lives (the node keeps the binding's
