@@ -224,12 +224,9 @@ const StyleCache& ViewRenderNode::defaultStyle()
     return style;
 }
 
-const StyleCache& ViewRenderNode::style(StyleCache& style) const
+StyleCache ViewRenderNode::style() const
 {
-    if (styleAndInsets_.empty()) {
-        return defaultStyle();
-    }
-    style = defaultStyle();
+    StyleCache style = defaultStyle();
     styleAndInsets_.forEachText([&style](unsigned field, const std::string& text) {
         style.*PackedField::styleTexts[field].member = text;
     });

@@ -277,14 +277,7 @@ public:
     // bound: what a new view is made from.
     LayoutCache layout() const;
     const LayoutFrame& frame() const { return frame_; }
-    StyleCache style() const
-    {
-        StyleCache scratch;
-        return style(scratch);
-    }
-    // The same without a copy when the node keeps the defaults: those, or
-    // `scratch` filled in.
-    const StyleCache& style(StyleCache& scratch) const;
+    StyleCache style() const;
     // The style a node has until a binding sets a value other than the
     // default: most nodes keep it, so only the others hold their values.
     static const StyleCache& defaultStyle();
