@@ -182,12 +182,42 @@ const char* pastLiteral(const char* p, const char* end)
     return nullptr;
 }
 
-const char* pastWhitespace(const char* p, const char* end)
+// Past the whitespace that starts at p. Pretty texts indent with long runs,
+// taken sixteen bytes at a time where it can.
+const char* pastWhitespaceRun(const char* p, const char* end)
 {
+#if defined(__SSE2__)
+    while (end - p >= 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        const __m128i spaces =
+            _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(' ')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\n')));
+        const __m128i returnsAndTabs =
+            _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('\r')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\t')));
+        const auto others = ~static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(spaces, returnsAndTabs))) & 0xFFFFu;
+        if (others != 0) {
+            return p + std::countr_zero(others);
+        }
+        p += 16;
+    }
+#endif
     while (p < end && isWhitespace(*p)) {
         ++p;
     }
     return p;
+}
+
+inline const char* pastWhitespace(const char* p, const char* end)
+{
+    // Most tokens follow the last directly or after one space; every
+    // whitespace byte is at most ' '.
+    auto isAboveSpace = [](char c) { return static_cast<unsigned char>(c) > ' '; };
+    if (p < end && isAboveSpace(*p)) {
+        return p;
+    }
+    if (end - p >= 2 && *p == ' ' && isAboveSpace(p[1])) {
+        return p + 1;
+    }
+    return pastWhitespaceRun(p, end);
 }
 
 // A key's bit among a frame's keyBits: from its length and its first and
@@ -257,6 +287,30 @@ bool readSimpleNumber(const char* p, const char* end, double& number)
     return true;
 }
 
+// Most numbers are short whole numbers, read as they are scanned: past the
+// one at p, its value in `number`, when it is one: an optional "-", at most
+// fifteen digits (they always convert exactly), and no point, exponent or
+// further digit after them. Else null.
+const char* pastShortWholeNumber(const char* p, const char* end, double& number)
+{
+    constexpr std::ptrdiff_t kExactDigits = 15;
+    const bool negative = *p == '-';
+    const char* const digits = p + (negative ? 1 : 0);
+    // One digit more than kExactDigits is read, to tell a longer number.
+    const char* const limit = end - digits > kExactDigits ? digits + kExactDigits + 1 : end;
+    p = digits;
+    uint64_t whole = 0;
+    for (; p < limit && isDigit(*p); ++p) {
+        whole = whole * 10 + static_cast<uint64_t>(*p - '0');
+    }
+    const bool ended = p == end || (!isDigit(*p) && *p != '.' && *p != 'e' && *p != 'E');
+    if (p == digits || p - digits > kExactDigits || !ended) {
+        return nullptr;
+    }
+    number = negative ? -static_cast<double>(whole) : static_cast<double>(whole);
+    return p;
+}
+
 // Whether the number text [p, end), out of a double's range, is too small
 // rather than too large: its leading digit stands below the units.
 bool isBelowOne(const char* p, const char* end)
@@ -323,14 +377,7 @@ Value JsonParser::read(std::string_view text)
 
 inline JsonParser::Token JsonParser::peek()
 {
-    // Most tokens follow the last without whitespace.
-    const auto byte = cursor_ < end_ ? static_cast<unsigned char>(*cursor_) : 0;
-    if (byte > ' ') {
-        return kTokenOfByte[byte];
-    }
-    while (cursor_ < end_ && isWhitespace(*cursor_)) {
-        ++cursor_;
-    }
+    cursor_ = pastWhitespace(cursor_, end_);
     // The text need not be zero-terminated: at end we read nothing and answer
     // what a terminating zero byte would.
     return cursor_ < end_ ? kTokenOfByte[static_cast<unsigned char>(*cursor_)] : Token::End;
@@ -383,6 +430,10 @@ void JsonParser::parse(const char* begin, const char* end)
     step();
 
     while (cursor_ != end_) {
+        readPlainMembers();
+        if (cursor_ == end_) {
+            break;
+        }
         const Token token = peek();
         if (token == Token::ObjectClose || token == Token::ArrayClose) {
             // Closers are not matched to their openers: "]" closes an object
@@ -411,6 +462,88 @@ void JsonParser::parse(const char* begin, const char* end)
     }
     if (rootOpen) {
         rootEnd_ = static_cast<size_t>(cursor_ - begin);  // where the parse stopped
+    }
+}
+
+// The common case, read in one tight loop with the cursor held locally: the
+// members of kept containers below the root, each a string key, a colon and
+// a value that is a container, a string, a number or a literal; the commas
+// between them and the closers of those containers. At anything else (and
+// at the text's end) it stops where that member or token begins, whitespace
+// before it included, so the careful reading that takes over does with it
+// exactly what it would have done from the start.
+void JsonParser::readPlainMembers()
+{
+    const char* p = cursor_;
+    const char* const end = end_;
+    while (stack_.size() > 1 && stack_.back().members == Members::Kept) {
+        Frame& top = stack_.back();
+        const char* const member = p;
+        p = pastWhitespace(p, end);
+        if (p == end) {
+            p = member;
+            break;
+        }
+        char c = *p;
+        if (c == ',') {
+            ++p;
+            continue;
+        }
+        if (c == '}' || c == ']') {
+            close();
+            ++p;
+            continue;
+        }
+        std::string_view key;
+        if (top.object != nullptr) {
+            if (c != '"') {
+                p = member;
+                break;
+            }
+            cursor_ = p;
+            key = readString(keyBuffer_);
+            p = pastWhitespace(cursor_, end);
+            p = p != end && *p == ':' ? pastWhitespace(p + 1, end) : end;
+            if (p == end) {
+                p = member;
+                break;
+            }
+            c = *p;
+        }
+        const char* const next = readPlainValue(top, key, p);
+        if (next == nullptr) {
+            p = member;
+            break;
+        }
+        p = next;
+    }
+    cursor_ = p;
+}
+
+// The value at p (not at the text's end) for readPlainMembers: stored under
+// `key`, and where it ends; or null, storing nothing, when it is not a plain
+// value. Reports and exceptions are the careful reading's, met at the same
+// point of the text.
+const char* JsonParser::readPlainValue(Frame& top, std::string_view key, const char* p)
+{
+    switch (*p) {
+    case '{': open(top, key, Kind::Object); return p + 1;
+    case '[': open(top, key, Kind::Array); return p + 1;
+    case '"':
+        cursor_ = p;
+        store(top, key, std::string(readString(textBuffer_)));
+        return cursor_;
+    // Literals are known by their first letter; the skip stops at the text's end.
+    case 't': store(top, key, true); return p + std::min<std::ptrdiff_t>(4, end_ - p);
+    case 'f': store(top, key, false); return p + std::min<std::ptrdiff_t>(5, end_ - p);
+    case 'n': store(top, key); return p + std::min<std::ptrdiff_t>(4, end_ - p);
+    default:
+        if (!isDigit(*p) && *p != '-') {
+            return nullptr;
+        }
+        cursor_ = p;
+        store(top, key, readNumber());
+        return cursor_;
     }
 }
 
@@ -754,21 +887,11 @@ void JsonParser::readUnicodeEscape(std::string& buffer)
 // value is that of the longest number at its start ("1.2.3" reads as 1.2).
 double JsonParser::readNumber()
 {
-    // Most numbers are short whole numbers: they are read as they are
-    // scanned. Fifteen digits always convert exactly.
-    constexpr std::ptrdiff_t kExactDigits = 15;
-    const char* digits = cursor_ + (*cursor_ == '-' ? 1 : 0);
-    const char* p = digits;
-    uint64_t whole = 0;
-    for (; p < end_ && isDigit(*p) && p - digits < kExactDigits + 1; ++p) {
-        whole = whole * 10 + static_cast<uint64_t>(*p - '0');
-    }
-    const bool ended = p == end_ || (!isDigit(*p) && *p != '.' && *p != 'e' && *p != 'E');
-    if (p > digits && p - digits <= kExactDigits && ended) {
-        const double number = static_cast<double>(whole);
-        const bool negative = *cursor_ == '-';
-        cursor_ = p;
-        return negative ? -number : number;
+    double number = 0.0;
+    const char* const past = pastShortWholeNumber(cursor_, end_, number);
+    if (past != nullptr) {
+        cursor_ = past;
+        return number;
     }
     const char* start = cursor_++;
     while (cursor_ < end_ && (isDigit(*cursor_) || *cursor_ == '.')) {
@@ -783,7 +906,6 @@ double JsonParser::readNumber()
             ++cursor_;
         }
     }
-    double number = 0.0;
     return readSimpleNumber(start, cursor_, number) ? number : convertNumber(start, cursor_);
 }
 

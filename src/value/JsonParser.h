@@ -104,6 +104,8 @@ private:
 
     Token peek();
     void step();
+    void readPlainMembers();
+    const char* readPlainValue(Frame& top, std::string_view key, const char* p);
     bool readMember(Frame& top, Token token);
     bool readRootMember(Frame& top, std::string_view key, Token token, const char* start);
     template <bool Keep>

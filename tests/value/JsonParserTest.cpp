@@ -85,8 +85,12 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"AnUnterminatedStringKeepsWhatWasRead", R"({"s":"never closed)", R"({"s":"never closed"})"},
         TextCase{"LeadingZerosAreRead", R"({"a":0.25,"b":-7,"c":007})", R"({"a":0.25,"b":-7,"c":7})"},
         TextCase{"ASecondPointEndsTheNumber", R"({"a":1.2.3,"b":1})", R"({"a":1.2,"b":1})"},
-        TextCase{"MembersAfterAnExponentAreKept", R"({"a":1e5,"b":2,"c":1.0E7})",
-                 R"({"a":100000,"b":2,"c":10000000})"}),
+        TextCase{"MembersAfterAnExponentAreKept", R"({"a":1e5,"b":2,"c":1.0E7})", R"({"a":100000,"b":2,"c":10000000})"},
+        // Below the root, members are read on a faster path that hands
+        // anything unusual back to the careful reading mid-member.
+        TextCase{"NestedMembersReadAsTheRootsAre",
+                 R"({"o":{"a":1 "b":tzz,"c":1e2,"d":"x\"y","k\u0041":[1 2,],"e":-0.5,"a":9,"f":{"g":[]}]})",
+                 R"({"o":{"a":1,"b":true,"c":100,"d":"x"y","e":-0.5,"f":{"g":[]},"kA":[1,2]}})"}),
     [](const testing::TestParamInfo<TextCase>& param) { return std::string(param.param.name); });
 
 // Numbers, escapes and \u escapes of the JSON grammar are checked against
@@ -95,6 +99,7 @@ TEST(JsonParserNumbers, LoneMinusThrowsTheConversionError)
 {
     DebugModeScope quiet(false);
     EXPECT_THROW(JsonParser::read(R"({"a":-})"), std::invalid_argument);
+    EXPECT_THROW(JsonParser::read(R"({"o":{"a":-}})"), std::invalid_argument);
     EXPECT_THROW(JsonParser::read("{\"a\":1" + std::string(400, '0') + "}"), std::out_of_range);
 }
 
@@ -187,5 +192,11 @@ INSTANTIATE_TEST_SUITE_P(
         ReaderErrorCase{"EndAsValue", R"({"a":)", "object value is failed", "{}"},
         ReaderErrorCase{"UnknownEscape", R"({"s":"a\qb","t":1})", "string escape error", R"({"s":"ab","t":1})"},
         ReaderErrorCase{"UnicodeEscapeWithoutFourHexDigits", R"({"s":"\u00G1","t":1})", "string escape error",
-                        R"({"s":"00G1","t":1})"}),
+                        R"({"s":"00G1","t":1})"},
+        ReaderErrorCase{"NestedWhitespaceThenEnd", "{\"o\":{\"a\":1 \n", "object key is failed", R"({"o":{"a":1}})"},
+        ReaderErrorCase{"NestedMissingColon", R"({"o":{"a" 1}})", "object member separator is failed", R"({"o":{}})"},
+        ReaderErrorCase{"NestedCloseAsValue", R"({"o":{"a":1,"b":}})", "object value is failed", R"({"o":{"a":1}})"},
+        ReaderErrorCase{"NestedEndAsValue", R"({"o":{"a": )", "object value is failed", R"({"o":{}})"},
+        ReaderErrorCase{"NestedUnknownEscape", R"({"o":{"s":"a\qb","t":1}})", "string escape error",
+                        R"({"o":{"s":"ab","t":1}})"}),
     [](const testing::TestParamInfo<ReaderErrorCase>& param) { return std::string(param.param.name); });
