@@ -90,13 +90,7 @@ void ViewRenderNode::bindKindProperties(const NamedProperties& element)
             slot = *member;  // kept as the template gives it
             continue;
         }
-        std::optional<Transition> transition;
-        if (row.has(Animatable)) {
-            if (const Transition* found = transitionFor(row.transitionKey)) {
-                transition = *found;
-            }
-        }
-        auto store = [this, &row, &slot, transition](Value value, bool initial) {
+        auto store = [this, &row, &slot](Value value, bool initial) {
             slot = value;
             if (initial) {
                 return;
@@ -105,11 +99,7 @@ void ViewRenderNode::bindKindProperties(const NamedProperties& element)
                 YGNodeMarkDirty(yogaNode);
                 requestLayout();
             }
-            if (transition) {
-                queueAnimatedUpdate(hostIdOf(row.property), std::move(value), *transition);
-            } else {
-                queuePropertyUpdate(hostIdOf(row.property), std::move(value));
-            }
+            queueBoundUpdate(row, std::move(value));
         };
         switch (row.input) {
         case PropertyInput::Text: bindValue(member, Value(row.textDefault), store); break;

@@ -258,21 +258,7 @@ void ViewRenderNode::storeStyleNumber(unsigned field, float value)
 
 void ViewRenderNode::bindStyleProperty(const Value* member, const PropertyInfo& row)
 {
-    // The plain-or-animated choice is made once, here.
-    std::optional<Transition> transition;
-    if (row.has(Animatable)) {
-        if (const Transition* found = transitionFor(row.transitionKey)) {
-            transition = *found;
-        }
-    }
-    const uint32_t id = hostIdOf(row.property);
-    auto queue = [this, id, transition](Value value) {
-        if (transition) {
-            queueAnimatedUpdate(id, std::move(value), *transition);
-        } else {
-            queuePropertyUpdate(id, std::move(value));
-        }
-    };
+    auto queue = [this, &row](Value value) { queueBoundUpdate(row, std::move(value)); };
     // The first value is only cached: the host view is made from it.
     if (row.input == PropertyInput::Text) {
         const int field = PackedField::of(PackedField::styleTexts, row.property);

@@ -214,6 +214,16 @@ const Transition* ViewRenderNode::transitionFor(std::string_view key) const
     return held->allTransition ? &*held->allTransition : nullptr;
 }
 
+void ViewRenderNode::queueBoundUpdate(const PropertyInfo& row, Value value)
+{
+    const Transition* transition = row.has(Animatable) ? transitionFor(row.transitionKey) : nullptr;
+    if (transition != nullptr) {
+        queueAnimatedUpdate(hostIdOf(row.property), std::move(value), *transition);
+    } else {
+        queuePropertyUpdate(hostIdOf(row.property), std::move(value));
+    }
+}
+
 const NodeQueues& ViewRenderNode::queues() const
 {
     static const NodeQueues none;

@@ -217,6 +217,9 @@ public:
     bool markPending();
     void queuePropertyUpdate(uint32_t propertyId, Value value);
     void queueAnimatedUpdate(uint32_t propertyId, Value value, const Transition& transition);
+    // A bound property's new value, animated when the element gives the
+    // property a transition (an element's transitions never change once read).
+    void queueBoundUpdate(const PropertyInfo& row, Value value);
     void queueChildChange(const ChildChange& change);
 
     // Shown, with every container above it shown (the root aside): the
