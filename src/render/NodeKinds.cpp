@@ -127,6 +127,7 @@ NamedProperties namedProperties(const Value& element)
         }
         if (const int slot = kindSlotOf(kind, *property); slot >= 0) {
             named.ownMembers[static_cast<std::size_t>(slot)] = &value;
+            named.ownNamed |= uint32_t{1} << slot;
             if (!value.isNull() && isHostValue(info(*property).input)) {
                 named.own |= uint32_t{1} << slot;
             }
@@ -145,7 +146,8 @@ const Value& NamedProperties::commonMember(Property property) const
 const Value* NamedProperties::ownMember(Property property) const
 {
     const int slot = kindSlotOf(kind != nullptr ? *kind : kKinds[0], property);
-    const Value* member = slot >= 0 ? ownMembers[static_cast<std::size_t>(slot)] : nullptr;
+    const Value* member =
+        slot >= 0 && (ownNamed & (uint32_t{1} << slot)) != 0 ? ownMembers[static_cast<std::size_t>(slot)] : nullptr;
     return member != nullptr && !member->isNull() ? member : nullptr;
 }
 

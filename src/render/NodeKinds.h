@@ -55,11 +55,16 @@ struct NamedProperties {
     const NodeKind* kind = nullptr;
     uint64_t common = 0;
     uint32_t own = 0;
+    // Bit i: the element names the kind's i-th own property (null or not).
+    uint32_t ownNamed = 0;
     // The member of each common property named, by its bit's number, and of
     // each of the kind's own properties named, by its slot (null or not):
-    // what building the node reads, without looking the key up again.
-    std::array<const Value*, 64> commonMembers{};
-    std::array<const Value*, 32> ownMembers{};
+    // what building the node reads, without looking the key up again. Only
+    // the entries whose bit is set in `common` or `ownNamed` are written (the
+    // others are left as they are: zeroing them all took longer than finding
+    // the members).
+    std::array<const Value*, 64> commonMembers;
+    std::array<const Value*, 32> ownMembers;
 
     // The member of a common property; a null Value when the element has none.
     const Value& commonMember(Property property) const;
