@@ -42,7 +42,7 @@ TEST(ValueObject, MembersKeepTheirFirstInsertionOrder)
     EXPECT_EQ(object.at("a").number(), 5.0);
 }
 
-TEST(ValueObject, ErasingKeepsTheOrderOfTheOthers)
+TEST(ValueObject, ErasingKeepsTheOrderOfTheOthersAndAClearedObjectFillsAgain)
 {
     ValueObject object{{"a", 1}, {"b", 2}, {"c", 3}, {"d", 4}};
     EXPECT_EQ(object.erase("b"), 1u);
@@ -51,6 +51,13 @@ TEST(ValueObject, ErasingKeepsTheOrderOfTheOthers)
     EXPECT_EQ(next->first, "c");
     EXPECT_EQ(keysOf(object), "c,d,");
     EXPECT_THROW(object.at("a"), std::out_of_range);
+
+    object = countingDown(30);
+    object.clear();
+    EXPECT_TRUE(object.empty());
+    EXPECT_FALSE(object.contains("k3"));
+    object["k3"] = 1;
+    EXPECT_EQ(keysOf(object), "k3,");
 }
 
 // Sizes around the inline and the indexed limits: every member is found in
@@ -106,14 +113,4 @@ TEST(ValueObject, KeysDifferingInAnyOneByteAreDifferentKeys)
             EXPECT_FALSE(object.contains(std::string_view(key).substr(0, i))) << length << " prefix " << i;
         }
     }
-}
-
-TEST(ValueObject, ClearEmptiesAndTheObjectCanBeFilledAgain)
-{
-    ValueObject object = countingDown(30);
-    object.clear();
-    EXPECT_TRUE(object.empty());
-    EXPECT_FALSE(object.contains("k3"));
-    object["k3"] = 1;
-    EXPECT_EQ(keysOf(object), "k3,");
 }
