@@ -147,38 +147,35 @@ private:
 
     void applyChange(const Mero::InsertView& insert)
     {
-        MirrorView* parent = insert.index >= 0 ? find(insert.parentId) : nullptr;
-        if (parent == nullptr) {
-            if (insert.index >= 0) {
-                fault("a view inserted into " + insert.parentId + ", which has no view");
-            }
+        if (insert.index < 0) {
             root_ = mirrorOf(insert.view);
-            return;
+        } else if (auto* children = childrenAt("insert", insert.parentId, insert.index, 1)) {
+            children->insert(children->begin() + insert.index, mirrorOf(insert.view));
         }
-        const auto index = static_cast<std::size_t>(insert.index);
-        if (index > parent->children.size()) {
-            fault("insert at " + std::to_string(index) + " of " + insert.parentId + ", which has " +
-                  std::to_string(parent->children.size()) + " children");
-            return;
-        }
-        parent->children.insert(parent->children.begin() + static_cast<std::ptrdiff_t>(index),
-                                mirrorOf(insert.view));
     }
 
     void applyChange(const Mero::RemoveView& remove)
     {
-        MirrorView* parent = remove.index >= 0 ? find(remove.parentId) : nullptr;
+        if (auto* children = childrenAt("remove", remove.parentId, remove.index, 0)) {
+            children->erase(children->begin() + remove.index);
+        }
+    }
+
+    // The children of `parentId`'s view, when it has one and `index` is below
+    // their count plus `room`; otherwise a fault, and null.
+    std::vector<std::shared_ptr<MirrorView>>* childrenAt(const char* change, const std::string& parentId, int index,
+                                                         std::size_t room)
+    {
+        MirrorView* parent = index >= 0 ? find(parentId) : nullptr;
+        const std::string where = std::string(change) + " at " + std::to_string(index) + " of " + parentId;
         if (parent == nullptr) {
-            fault("a view removed from " + remove.parentId + ", which has no view");
-            return;
+            fault(where + ", which has no view");
+        } else if (static_cast<std::size_t>(index) >= parent->children.size() + room) {
+            fault(where + ", which has " + std::to_string(parent->children.size()) + " children");
+        } else {
+            return &parent->children;
         }
-        const auto index = static_cast<std::size_t>(remove.index);
-        if (index >= parent->children.size()) {
-            fault("remove at " + std::to_string(index) + " of " + remove.parentId + ", which has " +
-                  std::to_string(parent->children.size()) + " children");
-            return;
-        }
-        parent->children.erase(parent->children.begin() + static_cast<std::ptrdiff_t>(index));
+        return nullptr;
     }
 
     void applyChange(const Mero::SetProperties& set)
@@ -226,35 +223,40 @@ private:
         return "";
     }
 
+    // The first slot where the host's view differs, buffer by buffer; floats
+    // are compared bit for bit.
     static std::string slotDifference(const Mero::ViewSlots& expected, const Mero::ViewSlots& actual)
     {
         if (expected.type != actual.type) {
             return "type " + std::to_string(expected.type) + " expected, host has " + std::to_string(actual.type);
         }
-        for (std::size_t i = 0; i < expected.floats.size(); ++i) {
-            if (std::memcmp(&expected.floats[i], &actual.floats[i], sizeof(float)) != 0) {
-                return "float " + std::to_string(i) + ": " + std::to_string(expected.floats[i]) +
-                       " expected, host has " + std::to_string(actual.floats[i]);
+        std::string difference;
+        auto compare = [&difference](const char* buffer, const auto& want, const auto& got) {
+            for (std::size_t i = 0; difference.empty() && i < want.size(); ++i) {
+                if (!same(want[i], got[i])) {
+                    difference = std::string(buffer) + " " + std::to_string(i) + ": " + shown(want[i]) +
+                                 " expected, host has " + shown(got[i]);
+                }
             }
-        }
-        for (std::size_t i = 0; i < expected.ints.size(); ++i) {
-            if (expected.ints[i] != actual.ints[i]) {
-                return "int " + std::to_string(i) + ": " + std::to_string(expected.ints[i]) + " expected, host has " +
-                       std::to_string(actual.ints[i]);
-            }
-        }
-        for (std::size_t i = 0; i < expected.strings.size(); ++i) {
-            if (expected.strings[i] != actual.strings[i]) {
-                return "string " + std::to_string(i) + ": \"" + std::string(expected.strings[i]) +
-                       "\" expected, host has \"" + std::string(actual.strings[i]) + "\"";
-            }
-        }
-        for (std::size_t i = 0; i < expected.booleans.size(); ++i) {
-            if (expected.booleans[i] != actual.booleans[i]) {
-                return "boolean " + std::to_string(i) + " differs";
-            }
-        }
-        return "";
+        };
+        compare("float", expected.floats, actual.floats);
+        compare("int", expected.ints, actual.ints);
+        compare("string", expected.strings, actual.strings);
+        compare("boolean", expected.booleans, actual.booleans);
+        return difference;
+    }
+
+    static bool same(float expected, float actual) { return std::memcmp(&expected, &actual, sizeof(float)) == 0; }
+    template <typename T>
+    static bool same(const T& expected, const T& actual)
+    {
+        return expected == actual;
+    }
+    static std::string shown(std::string_view text) { return "\"" + std::string(text) + "\""; }
+    template <typename T>
+    static std::string shown(T number)
+    {
+        return std::to_string(number);
     }
 
     void fault(std::string what) { faults_.push_back(std::move(what)); }
