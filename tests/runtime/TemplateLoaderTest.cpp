@@ -13,23 +13,6 @@ using MeroTest::canonicalJson;
 using MeroTest::json;
 using MeroTest::TemplateHarness;
 
-TEST(TemplateLoader, IncrementExampleRunsEndToEnd)
-{
-    // count := count + step, with step defaulting to 1, run by the event "tap".
-    MeroTest::DebugModeScope quiet(false);  // as cards run in production
-    TemplateHarness card(R"({"variables": {"count": 0}, "functions": [{"n": "inc", "a": ["step"], "defaultArgs": [1],
-        "b": [{"$": 4, "n": "count", "value": {"$": 5, "n": "1", "a": [[0], [{"$": 3, "n": "count"},
-              {"$": 1, "n": "step"}]]}}]}], "events": [{"n": "tap", "a": [], "b": [{"$": 5, "n": "inc", "a": []}]}]})");
-    std::vector<double> seen;
-    const ObserverPtr binding = RuntimeEngine::getTypeData(
-        card.scope, createRuntimeObject(json(R"({"$": 3, "n": "count"})")), card.weak(),
-        std::make_shared<DoubleSetter>([&](double count) { seen.push_back(count); }), -1.0);
-    card.send("tap");
-    card.send("tap");
-    EXPECT_TRUE(card.call("inc", {Value(10)}).isNull());
-    EXPECT_EQ(seen, (std::vector<double>{0, 1, 2, 12}));
-}
-
 TEST(TemplateLoader, TopLevelMembersFillTheTablesAfterWhichTheBuiltinsAreAdded)
 {
     TemplateHarness card(R"({"elements": {"$": 1}, "variables": {"a": 1}, "other": 5,
