@@ -103,10 +103,6 @@ public final class EndToEndTests {
             c.updateEnv(c.handle);
         }, "update title 203=STapped", "createComponent 0 badge", "addChildAt root 1 badge", "update logo 2=F160.0",
                 "update answer 2=F260.0");
-        calls("updateLayout acts on a size change only, not on other modes", Templates.CARD, c -> {
-            c.updateLayout(c.handle, 750f, 1334f, 2, 2);
-            c.updateLayout(c.handle, 600f, 1334f, 1, 1);
-        }, "update root 0=F600.0");
         calls("markDirty re-measures content-sized nodes only", Templates.CARD, c -> {
             c.textSize = new float[] {200f, 40f};
             c.markDirty(c.handle, "badge");
