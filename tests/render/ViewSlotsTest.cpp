@@ -1,12 +1,12 @@
 // The slot rules of createComponent, without a JVM: where each host property
-// id lands. A node's own slots and gradient are checked through the natives
-// (EndToEndTests) and in the previewer's golden trees.
+// id lands. What a node's view is made with (its frame, the defaults, its
+// own slots and gradient) is checked through the natives (EndToEndTests)
+// and in the previewer's golden trees, which list every view's properties.
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <string>
 
-#include "render/RenderCard.h"
 #include "render/ViewSlots.h"
 
 namespace {
@@ -71,38 +71,6 @@ TEST(StringSlots, EachSlotReadsItsLastTextAndClearEmptiesThemAll)
     EXPECT_EQ(strings[4], "");
     EXPECT_EQ(strings[7], "");
     EXPECT_EQ(strings[5], "after");
-}
-
-TEST(CollectViewSlots, CommonValuesAreTheFrameWhatTheNodeBindsAndTheDefaultsElsewhere)
-{
-    // In a row: "plain" binds only its box; "styled" binds colours, numbers, corners and insets.
-    MeroTest::RenderCard card(R"({"elements": {"$": 3, "nodeId": "root", "children": [
-        {"$": 0, "nodeId": "plain", "width": {"sizeType": 1, "value": 10}, "height": {"sizeType": 1, "value": 20},
-         "marginLeft": {"sizeType": 1, "value": 5}},
-        {"$": 0, "nodeId": "styled", "width": {"sizeType": 1, "value": 30}, "height": {"sizeType": 1, "value": 40},
-         "marginTop": {"sizeType": 1, "value": 7}, "backgroundColor": "#FF0000FF", "opacity": 0.25,
-         "cornerLeftTop": {"sizeType": 1, "value": 4}, "translateY": -3, "anchorPointX": 0,
-         "paddingTop": {"sizeType": 1, "value": 2}, "borderRight": {"sizeType": 1, "value": 1}}]}})");
-    card.build();
-    card.layout();
-    EXPECT_EQ(filled(Mero::collectViewSlots(*card.find("plain"))),
-              "f0=10 f1=20 f2=5 f8=1 f9=1 f10=1 f11=0.5 f12=0.5 s0=plain s1=#00000000 s2=#000000FF");
-    EXPECT_EQ(filled(Mero::collectViewSlots(*card.find("styled"))),
-              "f0=30 f1=40 f2=15 f3=7 f5=2 f8=0.25 f9=1 f10=1 f12=0.5 f16=4 f21=1 f37=-3 "
-              "s0=styled s1=#FF0000FF s2=#000000FF");
-}
-
-TEST(CollectViewSlots, OwnValuesGoToTheirKindsSlotsAndUnnamedOnesReadAsTheirDefaults)
-{
-    MeroTest::RenderCard card(R"({"elements": {"$": 3, "nodeId": "root", "children": [
-        {"$": 4, "nodeId": "t", "text": "Hi", "maxLines": 2, "fontSize": {"sizeType": 1, "value": 14}},
-        {"$": 6, "nodeId": "d", "businessData": {"k": [1, 2]}, "dl_text_normal": "Get", "fontWeight": 700}]}})");
-    card.build();
-    const std::string common = "f8=1 f9=1 f10=1 f11=0.5 f12=0.5";
-    EXPECT_EQ(filled(Mero::collectViewSlots(*card.find("t"))),
-              "i0=2 " + common + " f24=14 s0=t s1=#00000000 s2=#000000FF s3=Hi s4=#000000FF");
-    EXPECT_EQ(filled(Mero::collectViewSlots(*card.find("d"))),
-              "i1=700 " + common + " s0=d s1=#00000000 s2=#000000FF s16=Get s21={\"k\":[1,2]}");
 }
 
 }  // namespace
