@@ -37,7 +37,8 @@ TEST(JsonParserBasics, MembersKeepTheOrderOfTheText)
 
 // What a text reads as, written back as canonical JSON. Beyond plain JSON the
 // reader is lenient and reads a broken text as far as it can; each row names
-// the rule it shows.
+// the rule it shows. Repeated keys in plain JSON are read as the differential
+// test's oracle reads them, the first value kept or merged into.
 struct TextCase {
     const char* name;
     const char* text;
@@ -57,17 +58,9 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"EveryKindOfValue", R"({"n":-12.5,"s":"hi","t":true,"f":false,"z":null,"a":[1,[2]],"o":{"k":"v"}})",
                  R"({"a":[1,[2]],"f":false,"n":-12.5,"o":{"k":"v"},"s":"hi","t":true,"z":null})"},
         TextCase{"WhitespaceAroundTokensIsSkipped", " \t\r\n{ \"a\" :\n 1 } ", R"({"a":1})"},
-        TextCase{"DuplicateKeysKeepTheFirstValue", R"({"a":1,"a":2})", R"({"a":1})"},
-        TextCase{"DuplicateObjectKeysMergeIntoTheFirst", R"({"a":{"x":1},"a":{"y":2}})", R"({"a":{"x":1,"y":2}})"},
-        TextCase{"DuplicateArrayKeysMergeIntoTheFirst", R"({"l":[1],"l":[2]})", R"({"l":[1,2]})"},
-        // The later object's own repeated keys meet what the first already holds.
-        TextCase{"RepeatedKeysOfAMergedObjectMeetTheFirstsMembers", R"({"o":{"x":[1]},"o":{"x":{"y":2},"x":[3]}})",
-                 R"({"o":{"x":[1,3]}})"},
         TextCase{"DuplicateContainerAfterANumberIsDropped", R"({"a":1,"a":{"x":{"y":2}},"b":[3]})",
                  R"({"a":1,"b":[3]})"},
         TextCase{"DuplicateContainerAfterAStringIsDropped", R"({"a":"s","a":[1,[2]],"b":4})", R"({"a":"s","b":4})"},
-        TextCase{"DuplicateContainerOfTheOtherKindIsDropped", R"({"a":[1],"a":{"k":2},"o":{},"o":[3],"b":4})",
-                 R"({"a":[1],"b":4,"o":{}})"},
         TextCase{"EmptyAndTrailingCommasAreSkipped", R"({"a":[1,,2,]})", R"({"a":[1,2]})"},
         TextCase{"CommasBetweenElementsAreOptional", R"({"a":[1 2]})", R"({"a":[1,2]})"},
         TextCase{"CommasBetweenMembersAreOptional", R"({"a":1 "b":2,})", R"({"a":1,"b":2})"},
