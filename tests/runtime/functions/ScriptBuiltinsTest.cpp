@@ -46,10 +46,4 @@ TEST(ScriptBuiltins, pushAndJsonSetChangeTheEnginesOwnVariablesAndDataInPlace)
     EXPECT_EQ(canonicalJson(Value(card.engine->data)), R"({"title":"new"})");
 }
 
-TEST(ScriptBuiltins, aMisuseInsideAHandlerIsThrownOutOfTheDispatch)
-{
-    TemplateHarness card(R"({"events": [{"n": "bad", "a": [], "b": [{"$": 5, "n": "e", "a": ["a,b", ", "]}]}]})");
-    EXPECT_EQ(thrownMessage([&] { card.send("bad"); }), "Splitter must be one character");
-}
-
 }  // namespace
