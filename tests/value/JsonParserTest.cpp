@@ -96,14 +96,6 @@ TEST(JsonParserNumbers, LoneMinusThrowsTheConversionError)
     EXPECT_THROW(JsonParser::read("{\"a\":1" + std::string(400, '0') + "}"), std::out_of_range);
 }
 
-TEST(JsonParserStrings, EscapedKeysAreDecodedAndLookedUpByTheirText)
-{
-    Value root = JsonParser::read(R"({"a\u003db":1,"a=b":2,"\u4e2d":3})");
-    EXPECT_EQ(root.object().size(), 2u);
-    EXPECT_EQ(root.object().at("a=b").number(), 1.0);
-    EXPECT_EQ(root.object().at("\xE4\xB8\xAD").number(), 3.0);
-}
-
 TEST(JsonParserStrings, RawBytesPassThrough)
 {
     std::string text = "{\"s\":\"caf\xC3\xA9\x01\n\"}";
