@@ -25,16 +25,6 @@ std::string read(std::string_view text)
 
 }  // namespace
 
-TEST(JsonParserBasics, MembersKeepTheOrderOfTheText)
-{
-    Value root = JsonParser::read(R"({"z":1,"a":2,"m":3,"a":4,"b":5})");
-    std::string keys;
-    for (const auto& [key, value] : root.object()) {
-        keys += key;
-    }
-    EXPECT_EQ(keys, "zamb");
-}
-
 // What a text reads as, written back as canonical JSON. Beyond plain JSON the
 // reader is lenient and reads a broken text as far as it can; each row names
 // the rule it shows. Repeated keys in plain JSON are read as the differential
