@@ -45,8 +45,6 @@ TEST_P(JsonParserTexts, ReadAs)
 INSTANTIATE_TEST_SUITE_P(
     Rules, JsonParserTexts,
     testing::Values(
-        TextCase{"EveryKindOfValue", R"({"n":-12.5,"s":"hi","t":true,"f":false,"z":null,"a":[1,[2]],"o":{"k":"v"}})",
-                 R"({"a":[1,[2]],"f":false,"n":-12.5,"o":{"k":"v"},"s":"hi","t":true,"z":null})"},
         TextCase{"WhitespaceAroundTokensIsSkipped", " \t\r\n{ \"a\" :\n 1 } ", R"({"a":1})"},
         TextCase{"DuplicateContainerAfterANumberIsDropped", R"({"a":1,"a":{"x":{"y":2}},"b":[3]})",
                  R"({"a":1,"b":[3]})"},
@@ -68,7 +66,6 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"AnUnterminatedStringKeepsWhatWasRead", R"({"s":"never closed)", R"({"s":"never closed"})"},
         TextCase{"LeadingZerosAreRead", R"({"a":0.25,"b":-7,"c":007})", R"({"a":0.25,"b":-7,"c":7})"},
         TextCase{"ASecondPointEndsTheNumber", R"({"a":1.2.3,"b":1})", R"({"a":1.2,"b":1})"},
-        TextCase{"MembersAfterAnExponentAreKept", R"({"a":1e5,"b":2,"c":1.0E7})", R"({"a":100000,"b":2,"c":10000000})"},
         // Below the root, members are read on a faster path that hands
         // anything unusual back to the careful reading mid-member.
         TextCase{"NestedMembersReadAsTheRootsAre",
