@@ -47,6 +47,8 @@ const std::vector<OwnText>& ownTexts()
         {"Integers", "[0, -0, 7, -12, 9007199254740993, 123456789012345678901234567890]", true},
         {"Fractions", "[0.1, 0.30000000000000004, -2.5, -0.0, 99.18, 123.456e-7]", true},
         {"Exponents", "[1e5, 1.0E7, -2.5e-3, 1E+2, 1e22, 1e23, 5e-324, 1.7976931348623157e308]", true},
+        // A byte skipped after an exponent would put the 2 inside the inner array.
+        {"ExponentBeforeACloser", "[[1e5],2]", true},
         {"Underflow", "[1e-400, -1e-400, 2.2250738585072011e-308, 0.0000000000000000000000000000001e-300]", true},
         {"NullsInContainers", R"([null, 1, null, {"a":null, "b":[null]}])", true},
         // A repeated key keeps its first place too.
