@@ -91,10 +91,11 @@ void ViewRenderNode::bindKindProperties(const NamedProperties& element)
             continue;
         }
         auto store = [this, &row, &slot](Value value, bool initial) {
-            slot = value;
             if (initial) {
+                slot = std::move(value);
                 return;
             }
+            slot = value;
             if (row.has(Remeasure) && contentSizesNode()) {
                 YGNodeMarkDirty(yogaNode);
                 requestLayout();
