@@ -65,20 +65,27 @@ void releaseShared(std::shared_ptr<void> container)
 
 }  // namespace
 
-Value::Value(Kind kind) : kind_(kind)
+namespace {
+
+// A kind's default payload, made in place: every container a reader or a
+// script makes starts here.
+Value::Payload defaultPayload(Kind kind)
 {
     switch (kind) {
-    case Kind::String: payload_ = std::string(); break;
-    case Kind::Boolean: payload_ = false; break;
-    case Kind::Array: payload_ = std::allocate_shared<ValueArray>(RecyclingAllocator<ValueArray>()); break;
-    case Kind::Object: payload_ = std::allocate_shared<ValueObject>(RecyclingAllocator<ValueObject>()); break;
+    case Kind::String: return std::string();
+    case Kind::Boolean: return false;
+    case Kind::Array: return std::allocate_shared<ValueArray>(RecyclingAllocator<ValueArray>());
+    case Kind::Object: return std::allocate_shared<ValueObject>(RecyclingAllocator<ValueObject>());
     case Kind::Callback:
         reportError("callbackValue not support");
-        payload_ = std::make_shared<ValueCallback>();
-        break;
-    default: break;  // null, number, completions and unknown kinds hold 0.0
+        return std::make_shared<ValueCallback>();
+    default: return 0.0;  // null, number, completions and unknown kinds
     }
 }
+
+}  // namespace
+
+Value::Value(Kind kind) : payload_(defaultPayload(kind)), kind_(kind) {}
 
 Value::Value(Value&& other) noexcept : payload_(std::move(other.payload_)), kind_(other.kind_)
 {
