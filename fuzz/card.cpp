@@ -336,11 +336,66 @@ bool idsAreUnique(Mero::MeroInstance& instance)
     return std::adjacent_find(ids.begin(), ids.end()) == ids.end();
 }
 
+// Whether a padding of the node's style is a percentage: Yoga resolves it
+// against the width it is handed, and a measuring pass may leave its own
+// result in the node's layout without marking the node laid out anew.
+bool hasPercentPadding(YGNodeConstRef node)
+{
+    for (const YGEdge edge : {YGEdgeLeft, YGEdgeTop, YGEdgeRight, YGEdgeBottom, YGEdgeStart, YGEdgeEnd,
+                              YGEdgeHorizontal, YGEdgeVertical, YGEdgeAll}) {
+        if (YGNodeStyleGetPadding(node, edge).unit == YGUnitPercent) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// A shown node's insets as the host was last sent them, against Yoga's: the
+// walk after a layout reads them only from nodes whose element names a
+// padding or a border, and a fresh build takes them from the node too, so
+// only Yoga can tell a read that was skipped wrongly.
+std::string insetsDifference(Mero::MeroInstance& instance)
+{
+    // The insets are listed padding first, then border, each left, top, right, bottom.
+    constexpr YGEdge kEdges[] = {YGEdgeLeft, YGEdgeTop, YGEdgeRight, YGEdgeBottom};
+    std::vector<Mero::ViewRenderNode*> waiting;
+    if (instance.renderTree().root() != nullptr) {
+        waiting.push_back(instance.renderTree().root());
+    }
+    while (!waiting.empty()) {
+        Mero::ViewRenderNode* node = waiting.back();
+        waiting.pop_back();
+        if (!node->visible()) {
+            continue;
+        }
+        if (node->hasView() && !node->flattened() && !hasPercentPadding(node->yogaNode)) {
+            const Mero::LayoutCache sent = node->layout();
+            for (std::size_t i = 0; i < Mero::PackedField::insets.size(); ++i) {
+                const float laidOut = i < 4 ? YGNodeLayoutGetPadding(node->yogaNode, kEdges[i])
+                                            : YGNodeLayoutGetBorder(node->yogaNode, kEdges[i - 4]);
+                if (const float was = sent.*Mero::PackedField::insets[i].member; was != laidOut) {
+                    return "node \"" + node->nodeId + "\" inset " + std::to_string(i) + ": sent " +
+                           std::to_string(was) + ", laid out " + std::to_string(laidOut);
+                }
+            }
+        }
+        if (node->isContainer()) {
+            for (const Mero::RenderNodePtr& child : static_cast<Mero::ContainerRenderNode*>(node)->children) {
+                waiting.push_back(child.get());
+            }
+        }
+    }
+    return "";
+}
+
 void checkInvariants(Mero::MeroInstance& instance, FuzzHost& host, const char* action)
 {
     if (std::string difference = idsAreUnique(instance) ? host.mirror->difference(instance) : "";
         !difference.empty()) {
         fail(std::string("after ") + action + ", the host's tree differs: " + difference);
+    }
+    if (std::string difference = insetsDifference(instance); !difference.empty()) {
+        fail(std::string("after ") + action + ", an inset differs from Yoga's: " + difference);
     }
     if (instance.renderTree().nodeCount() > Mero::Limits::kMaxRenderNodes) {
         fail("too many render nodes");
