@@ -306,10 +306,11 @@ void installHooks(Mero::MeroInstance& instance, FuzzHost& host)
     };
 }
 
-// Every node id of the tree, hidden nodes' included.
-std::vector<std::string> nodeIds(Mero::MeroInstance& instance)
+// Calls visit(node) for every node of the tree, depth first, and goes into a
+// node's children when it answers true.
+template <typename Visit>
+void forEachNode(Mero::MeroInstance& instance, Visit visit)
 {
-    std::vector<std::string> ids;
     std::vector<Mero::ViewRenderNode*> waiting;
     if (instance.renderTree().root() != nullptr) {
         waiting.push_back(instance.renderTree().root());
@@ -317,13 +318,22 @@ std::vector<std::string> nodeIds(Mero::MeroInstance& instance)
     while (!waiting.empty()) {
         Mero::ViewRenderNode* node = waiting.back();
         waiting.pop_back();
-        ids.push_back(node->nodeId);
-        if (node->isContainer()) {
+        if (visit(*node) && node->isContainer()) {
             for (const Mero::RenderNodePtr& child : static_cast<Mero::ContainerRenderNode*>(node)->children) {
                 waiting.push_back(child.get());
             }
         }
     }
+}
+
+// Every node id of the tree, hidden nodes' included.
+std::vector<std::string> nodeIds(Mero::MeroInstance& instance)
+{
+    std::vector<std::string> ids;
+    forEachNode(instance, [&ids](const Mero::ViewRenderNode& node) {
+        ids.push_back(node.nodeId);
+        return true;
+    });
     return ids;
 }
 
@@ -358,34 +368,26 @@ std::string insetsDifference(Mero::MeroInstance& instance)
 {
     // The insets are listed padding first, then border, each left, top, right, bottom.
     constexpr YGEdge kEdges[] = {YGEdgeLeft, YGEdgeTop, YGEdgeRight, YGEdgeBottom};
-    std::vector<Mero::ViewRenderNode*> waiting;
-    if (instance.renderTree().root() != nullptr) {
-        waiting.push_back(instance.renderTree().root());
-    }
-    while (!waiting.empty()) {
-        Mero::ViewRenderNode* node = waiting.back();
-        waiting.pop_back();
-        if (!node->visible()) {
-            continue;
+    std::string difference;
+    forEachNode(instance, [&](const Mero::ViewRenderNode& node) {
+        if (!node.visible() || !difference.empty()) {
+            return false;
         }
-        if (node->hasView() && !node->flattened() && !hasPercentPadding(node->yogaNode)) {
-            const Mero::LayoutCache sent = node->layout();
-            for (std::size_t i = 0; i < Mero::PackedField::insets.size(); ++i) {
-                const float laidOut = i < 4 ? YGNodeLayoutGetPadding(node->yogaNode, kEdges[i])
-                                            : YGNodeLayoutGetBorder(node->yogaNode, kEdges[i - 4]);
-                if (const float was = sent.*Mero::PackedField::insets[i].member; was != laidOut) {
-                    return "node \"" + node->nodeId + "\" inset " + std::to_string(i) + ": sent " +
-                           std::to_string(was) + ", laid out " + std::to_string(laidOut);
-                }
+        if (!node.hasView() || node.flattened() || hasPercentPadding(node.yogaNode)) {
+            return true;
+        }
+        const Mero::LayoutCache sent = node.layout();
+        for (std::size_t i = 0; i < Mero::PackedField::insets.size() && difference.empty(); ++i) {
+            const float laidOut = i < 4 ? YGNodeLayoutGetPadding(node.yogaNode, kEdges[i])
+                                        : YGNodeLayoutGetBorder(node.yogaNode, kEdges[i - 4]);
+            if (const float was = sent.*Mero::PackedField::insets[i].member; was != laidOut) {
+                difference = "node \"" + node.nodeId + "\" inset " + std::to_string(i) + ": sent " +
+                             std::to_string(was) + ", laid out " + std::to_string(laidOut);
             }
         }
-        if (node->isContainer()) {
-            for (const Mero::RenderNodePtr& child : static_cast<Mero::ContainerRenderNode*>(node)->children) {
-                waiting.push_back(child.get());
-            }
-        }
-    }
-    return "";
+        return true;
+    });
+    return difference;
 }
 
 void checkInvariants(Mero::MeroInstance& instance, FuzzHost& host, const char* action)
