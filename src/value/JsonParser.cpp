@@ -500,9 +500,15 @@ void JsonParser::readPlainMembers()
                 p = member;
                 break;
             }
-            cursor_ = p;
-            key = readString(keyBuffer_);
-            p = pastWhitespace(cursor_, end);
+            // A key with an escape is left to the careful reading: decoding
+            // it may report, and the member may yet be handed back.
+            const char* const keyEnd = findQuoteOrBackslash(p + 1, end);
+            if (keyEnd == end || *keyEnd != '"') {
+                p = member;
+                break;
+            }
+            key = {p + 1, static_cast<size_t>(keyEnd - p - 1)};
+            p = pastWhitespace(keyEnd + 1, end);
             p = p != end && *p == ':' ? pastWhitespace(p + 1, end) : end;
             if (p == end) {
                 p = member;

@@ -170,5 +170,12 @@ INSTANTIATE_TEST_SUITE_P(
         ReaderErrorCase{"NestedCloseAsValue", R"({"o":{"a":1,"b":}})", "object value is failed", R"({"o":{"a":1}})"},
         ReaderErrorCase{"NestedEndAsValue", R"({"o":{"a": )", "object value is failed", R"({"o":{}})"},
         ReaderErrorCase{"NestedUnknownEscape", R"({"o":{"s":"a\qb","t":1}})", "string escape error",
-                        R"({"o":{"s":"ab","t":1}})"}),
+                        R"({"o":{"s":"ab","t":1}})"},
+        // A bad escape in a key is reported once, whatever follows the key.
+        ReaderErrorCase{"NestedBadEscapeInKeyThenMissingColon", R"({"o":{"\q" 1}})", "string escape error",
+                        R"({"o":{}})", "object member separator is failed\n"},
+        ReaderErrorCase{"NestedBadEscapeInKeyThenCloseAsValue", R"({"o":{"\q":}})", "string escape error",
+                        R"({"o":{}})", "object value is failed\n"},
+        ReaderErrorCase{"NestedBadUnicodeEscapeInKeyAtEnd", R"({"o":{"\u)", "string escape error", R"({"o":{}})",
+                        "object member separator is failed\n"}),
     [](const testing::TestParamInfo<ReaderErrorCase>& param) { return std::string(param.param.name); });
