@@ -494,7 +494,7 @@ void JsonParser::readPlainMembers()
             p = member;
             break;
         }
-        char c = *p;
+        const char c = *p;
         if (c == ',') {
             ++p;
             continue;
@@ -524,7 +524,6 @@ void JsonParser::readPlainMembers()
                 p = member;
                 break;
             }
-            c = *p;
         }
         const char* const next = readPlainValue(top, key, p);
         if (next == nullptr) {
