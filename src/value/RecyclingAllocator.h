@@ -5,9 +5,13 @@
 // same few sizes; the general-purpose heap is slow at exactly that pattern.
 // Freed blocks are kept on a per-thread list, one per block size, and handed
 // to the next container of that size. A list holds at most kMaxKept blocks,
-// which is more than a card's data set has containers; past that, and for
-// anything but single blocks, the heap is used as usual. Sanitizer builds
-// recycle nothing, so that a use after free is still caught.
+// more than the containers of a 500-node template (about 1,900 objects) or
+// of a card's data set, so the next card of a large template takes all its
+// blocks from the lists; at 1,024 the rest went to the general heap and cost
+// that card 3% more. Full lists keep about 1 MB on a thread (objects' blocks
+// are 200 bytes, arrays' 40). Past that, and for anything but single
+// blocks, the heap is used as usual. Sanitizer builds recycle nothing, so
+// that a use after free is still caught.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +23,7 @@ namespace Mero {
 template <size_t Size>
 class RecycledBlocks {
 public:
-    static constexpr uint32_t kMaxKept = 1024;
+    static constexpr uint32_t kMaxKept = 4096;
 
     // A kept block, or null when there is none.
     static void* take() noexcept
