@@ -1,7 +1,10 @@
 #include "render/LeafRenderNode.h"
 
 #include <algorithm>
+#include <array>
+#include <vector>
 
+#include "render/NodeKinds.h"
 #include "render/RenderTree.h"
 #include "render/ViewHost.h"
 #include "runtime/NumberConversion.h"
@@ -47,20 +50,63 @@ YGSize LeafRenderNode::measure(float width, YGMeasureMode widthMode, float heigh
     return YGSize{0.0F, 0.0F};
 }
 
+namespace {
+
+// What a text measurement reads.
+enum Measured { MeasuredText, MeasuredFontSize, MeasuredLineHeight, MeasuredInterval, MeasuredMaxLines,
+                MeasuredFontWeight, MeasuredCount };
+constexpr std::array<Property, MeasuredCount> kMeasured{Property::Text,         Property::FontSize,
+                                                        Property::LineHeight,   Property::TextInterval,
+                                                        Property::MaxLines,     Property::FontWeight};
+
+// Where a kind keeps each (-1 where it has none) and what each reads when the
+// element does not name it, found once for every kind: each layout pass
+// measures every text it lays out anew, and a search by property per value
+// was most of a measurement's own cost.
+struct MeasuredPlaces {
+    std::array<int, MeasuredCount> slots{};
+    std::array<const Value*, MeasuredCount> defaults{};
+};
+
+const MeasuredPlaces& measuredPlaces(const NodeKind& kind)
+{
+    static const Value none;
+    static const std::vector<MeasuredPlaces> byKind = [] {
+        std::vector<MeasuredPlaces> places(nodeKinds().size());
+        for (std::size_t k = 0; k < places.size(); ++k) {
+            for (std::size_t i = 0; i < kMeasured.size(); ++i) {
+                const int slot = kindSlotOf(nodeKinds()[k], kMeasured[i]);
+                places[k].slots[i] = slot;
+                places[k].defaults[i] = slot >= 0 ? &defaultKindValue(kMeasured[i]) : &none;
+            }
+        }
+        return places;
+    }();
+    return byKind[static_cast<std::size_t>(&kind - nodeKinds().data())];
+}
+
+}  // namespace
+
 TextContent LeafRenderNode::measureRequest(float width, YGMeasureMode widthMode, float height,
                                            YGMeasureMode heightMode) const
 {
+    const MeasuredPlaces& places = measuredPlaces(kind());
+    auto read = [&](Measured value) -> const Value& {
+        const int slot = places.slots[value];
+        const Value* named = slot >= 0 ? namedKindValueAt(static_cast<std::size_t>(slot)) : nullptr;
+        return named != nullptr ? *named : *places.defaults[value];
+    };
     TextContent content;
     content.width = width;
     content.height = height;
     content.widthMode = static_cast<int32_t>(widthMode);
     content.heightMode = static_cast<int32_t>(heightMode);
-    content.text = &kindValue(Property::Text).string();
-    content.fontSize = kindValue(Property::FontSize).number();
-    content.lineHeight = kindValue(Property::LineHeight).number();
-    content.textInterval = kindValue(Property::TextInterval).number();
-    content.maxLines = truncateToInt32(kindValue(Property::MaxLines).number());
-    content.fontWeight = truncateToInt32(kindValue(Property::FontWeight).number());
+    content.text = &read(MeasuredText).string();
+    content.fontSize = read(MeasuredFontSize).number();
+    content.lineHeight = read(MeasuredLineHeight).number();
+    content.textInterval = read(MeasuredInterval).number();
+    content.maxLines = truncateToInt32(read(MeasuredMaxLines).number());
+    content.fontWeight = truncateToInt32(read(MeasuredFontWeight).number());
     // The host measures with the font it will draw, and the record's own
     // fontWeight never reaches it, so the weight rides in the style integer.
     content.textStyle = content.fontWeight;

@@ -293,13 +293,19 @@ public:
     // In line: a new view reads each of its kind's values.
     const Value& kindValueAt(std::size_t slot) const
     {
+        const Value* named = namedKindValueAt(slot);
+        return named != nullptr ? *named : defaultKindValue(kind().properties[slot]);
+    }
+    // The same when the element names it, else null.
+    const Value* namedKindValueAt(std::size_t slot) const
+    {
         const uint32_t bit = uint32_t{1} << slot;
         // The values are made after the bits are found (a swiper's list is
         // evaluated in between): until then every value reads as its default.
         if ((kindNamed_ & bit) != 0 && kindValues_) {
-            return kindValues_[countBits(kindNamed_ & (bit - 1))];
+            return &kindValues_[countBits(kindNamed_ & (bit - 1))];
         }
-        return defaultKindValue(kind().properties[slot]);
+        return nullptr;
     }
 
     // What the node has queued for its view since the last flush, and
