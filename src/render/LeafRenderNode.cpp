@@ -116,7 +116,7 @@ TextContent LeafRenderNode::measureRequest(float width, YGMeasureMode widthMode,
 // Asks the host; without an engine or a host measure hook the text has no size.
 YGSize LeafRenderNode::measureText(float width, YGMeasureMode widthMode, float height, YGMeasureMode heightMode) const
 {
-    std::shared_ptr<RuntimeEngine> runtime = engine().lock();
+    const EngineInUse runtime = engineInUse();
     if (!runtime || !runtime->services.measureText) {
         return YGSize{0.0F, 0.0F};
     }

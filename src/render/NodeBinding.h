@@ -183,9 +183,8 @@ void ViewRenderNode::bindSize(const Value* member, Apply apply)
         apply(fallback, true);
         return;
     }
-    // Locked only for a named property: most are not, and a lock is an
-    // atomic read-modify-write.
-    std::shared_ptr<RuntimeEngine> runtime = engine().lock();
+    // Taken only for a named property: most are not.
+    const EngineInUse runtime = engineInUse();
     if (!runtime) {
         apply(fallback, true);
         return;
@@ -212,7 +211,7 @@ void ViewRenderNode::bindYogaSize(const Value* member, Apply apply)
     if (property == nullptr) {
         return;
     }
-    std::shared_ptr<RuntimeEngine> runtime = engine().lock();
+    const EngineInUse runtime = engineInUse();
     if (!runtime) {
         return;
     }

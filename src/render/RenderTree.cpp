@@ -15,6 +15,20 @@
 
 namespace Mero {
 
+class RenderTree::EngineHold {
+public:
+    EngineHold(RenderTree& tree, RuntimeEngine* engine)
+        : tree_(tree), previous_(std::exchange(tree.heldEngine_, engine))
+    {}
+    EngineHold(const EngineHold&) = delete;
+    EngineHold& operator=(const EngineHold&) = delete;
+    ~EngineHold() { tree_.heldEngine_ = previous_; }
+
+private:
+    RenderTree& tree_;
+    RuntimeEngine* previous_;
+};
+
 RenderTree::RenderTree(EngineRef engine) : engine_(std::move(engine)), yogaConfig_(YGConfigNew())
 {
     // A configuration as Yoga's default one, but the tree's own.
@@ -31,6 +45,8 @@ void RenderTree::build(const Value& elements)
 {
     // Binding a property evaluates script: building the tree is an entry.
     ScriptRun entry;
+    const std::shared_ptr<RuntimeEngine> runtime = engine_.lock();
+    const EngineHold hold(*this, runtime.get());
     RenderNodePtr previous = std::exchange(root_, createRenderNode(elements, nullptr, *this, nullptr));
     previous.reset();
 }
@@ -74,6 +90,7 @@ void RenderTree::applyLayout()
 {
     std::shared_ptr<RuntimeEngine> runtime = engine_.lock();
     if (root_ && runtime) {
+        const EngineHold hold(*this, runtime.get());
         applyContainerBounds();
         YGNodeCalculateLayout(root_->yogaNode, runtime->containerWidth, runtime->containerHeight, YGDirectionLTR);
         // Also before the host's views exist: reading the results fills the
@@ -92,6 +109,7 @@ void RenderTree::layOut()
     if (!root_ || !runtime) {
         return;
     }
+    const EngineHold hold(*this, runtime.get());
     YGNodeCalculateLayout(root_->yogaNode, runtime->containerWidth, runtime->containerHeight, YGDirectionLTR);
     if (root_->hasView_) {
         root_->applyLayout();

@@ -73,6 +73,11 @@ public:
     ViewHost* viewHost() const { return host_; }
 
     const EngineRef& engine() const { return engine_; }
+    // The engine while the tree builds its nodes or lays them out, else
+    // null. The tree holds it for that long, so that a node need not lock it
+    // for each property it binds or each text it measures: a lock is two
+    // atomic read-modify-writes.
+    RuntimeEngine* heldEngine() const { return heldEngine_; }
     // The Yoga configuration of this tree's nodes. Its context is the tree:
     // a node finds its tree through its Yoga node instead of holding it.
     YGConfigRef yogaConfig() const { return yogaConfig_.get(); }
@@ -136,7 +141,11 @@ private:
         void operator()(YGConfigRef config) const noexcept { YGConfigFree(config); }
     };
 
+    // Makes `engine` the held engine for its own lifetime.
+    class EngineHold;
+
     EngineRef engine_;
+    RuntimeEngine* heldEngine_ = nullptr;
     ViewHost* host_ = nullptr;
     // Declared before the root, so that it outlives every node.
     std::unique_ptr<YGConfig, FreeYogaConfig> yogaConfig_;

@@ -152,6 +152,17 @@ RenderTree& ViewRenderNode::tree() const
     return RenderTree::of(yogaNode);
 }
 
+ViewRenderNode::EngineInUse ViewRenderNode::engineInUse() const
+{
+    const RenderTree& owner = tree();
+    if (RuntimeEngine* held = owner.heldEngine()) {
+        return {nullptr, held};
+    }
+    std::shared_ptr<RuntimeEngine> locked = owner.engine().lock();
+    RuntimeEngine* engine = locked.get();
+    return {std::move(locked), engine};
+}
+
 ViewRenderNode::~ViewRenderNode()
 {
     leaveTree();

@@ -339,6 +339,16 @@ protected:
     template <typename Apply>
     void bindYogaSize(const Value* member, Apply apply);
 
+    // The engine for the length of a call: the one the tree holds, else
+    // locked here; null when it is gone.
+    struct EngineInUse {
+        std::shared_ptr<RuntimeEngine> locked;
+        RuntimeEngine* engine = nullptr;
+        RuntimeEngine* operator->() const { return engine; }
+        explicit operator bool() const { return engine != nullptr; }
+    };
+    EngineInUse engineInUse() const;
+
     // A bound change that affects layout: the next flush lays out again.
     void requestLayout() const;
 
