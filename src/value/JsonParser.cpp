@@ -426,6 +426,11 @@ void JsonParser::parse(const char* begin, const char* end)
     end_ = end;
     cursor_ = begin;
     stack_.clear();
+    // Room for the depth of a template at once: grown by doubling, the
+    // stack and the hints took ten allocations a template.
+    constexpr size_t kUsualDepth = 16;
+    stack_.reserve(kUsualDepth);
+    sizeHints_.reserve(kUsualDepth);
     rootMembers_.clear();
     reported_ = false;
     skipMissed_ = false;
