@@ -75,6 +75,30 @@ static_assert(std::ranges::all_of(kKinds, [](const NodeKind& kind) { return kind
 // A code without a kind builds a plain view: the first kind.
 static_assert(kKinds[0].code == 0 && kKinds[0].nodeClass == NodeClass::View);
 
+// Each common property's bit, 0 for the others.
+constexpr auto kCommonBits = [] {
+    static_assert(kCommon.size() <= 64, "one bit per common property");
+    std::array<uint64_t, kProperties.size()> bits{};
+    for (std::size_t i = 0; i < kCommon.size(); ++i) {
+        bits[static_cast<std::size_t>(kCommon[i])] = uint64_t{1} << i;
+    }
+    return bits;
+}();
+
+// Where each property stands in each kind's list, -1 where it does not:
+// every member of every element asks.
+constexpr auto kKindSlots = [] {
+    std::array<std::array<int8_t, kProperties.size()>, kKinds.size()> table{};
+    for (std::size_t k = 0; k < kKinds.size(); ++k) {
+        table[k].fill(-1);
+        for (std::size_t slot = 0; slot < kKinds[k].properties.size(); ++slot) {
+            int8_t& entry = table[k][static_cast<std::size_t>(kKinds[k].properties[slot])];
+            entry = entry < 0 ? static_cast<int8_t>(slot) : entry;  // the first, as a search finds
+        }
+    }
+    return table;
+}();
+
 
 }  // namespace
 
@@ -96,15 +120,7 @@ const NodeKind* kindOfCode(uint32_t code)
 
 uint64_t commonBit(Property property)
 {
-    static const auto bitOfProperty = [] {
-        static_assert(kCommon.size() <= 64, "one bit per common property");
-        std::array<uint64_t, kProperties.size()> bits{};
-        for (std::size_t i = 0; i < kCommon.size(); ++i) {
-            bits[static_cast<std::size_t>(kCommon[i])] = uint64_t{1} << i;
-        }
-        return bits;
-    }();
-    return bitOfProperty[static_cast<std::size_t>(property)];
+    return kCommonBits[static_cast<std::size_t>(property)];
 }
 
 NamedProperties namedProperties(const Value& element)
@@ -153,19 +169,7 @@ const Value* NamedProperties::ownMember(Property property) const
 
 int kindSlotOf(const NodeKind& kind, Property property)
 {
-    // Every member of every element asks, so each kind's slots are a table.
-    static const auto slots = [] {
-        std::array<std::array<int8_t, kProperties.size()>, kKinds.size()> table;
-        for (std::size_t k = 0; k < kKinds.size(); ++k) {
-            table[k].fill(-1);
-            for (std::size_t slot = 0; slot < kKinds[k].properties.size(); ++slot) {
-                int8_t& entry = table[k][static_cast<std::size_t>(kKinds[k].properties[slot])];
-                entry = entry < 0 ? static_cast<int8_t>(slot) : entry;  // the first, as a search finds
-            }
-        }
-        return table;
-    }();
-    return slots[static_cast<std::size_t>(&kind - kKinds.data())][static_cast<std::size_t>(property)];
+    return kKindSlots[static_cast<std::size_t>(&kind - kKinds.data())][static_cast<std::size_t>(property)];
 }
 
 namespace {
@@ -173,10 +177,12 @@ namespace {
 // Every member of every element is looked up here when a card is built, so
 // the keys get a table of their own: open addressing over a hash of the
 // length and three of the bytes (the keys differ there; a collision only
-// costs a probe), a few times more slots than keys.
+// costs a probe), a few times more slots than keys. Made when the library
+// is compiled, as are the tables above: a table made on first use costs a
+// guard on every lookup.
 constexpr std::size_t kKeySlots = 512;
 
-std::size_t keySlot(std::string_view key)
+constexpr std::size_t keySlot(std::string_view key)
 {
     if (key.empty()) {
         return 0;
@@ -194,29 +200,30 @@ struct KeySlot {
     bool used = false;
 };
 
+constexpr auto kKeyTable = [] {
+    std::array<KeySlot, kKeySlots> slots{};
+    for (const PropertyInfo& row : kProperties) {
+        if (row.input == PropertyInput::LayoutResult) {
+            continue;
+        }
+        std::size_t i = keySlot(row.key);
+        while (slots[i].used && slots[i].key != row.key) {
+            i = (i + 1) & (kKeySlots - 1);
+        }
+        if (!slots[i].used) {
+            slots[i] = {row.key, row.property, true};  // a repeated key keeps its first row
+        }
+    }
+    return slots;
+}();
+
 }  // namespace
 
 std::optional<Property> propertyOfKey(std::string_view key)
 {
-    static const auto table = [] {
-        std::array<KeySlot, kKeySlots> slots{};
-        for (const PropertyInfo& row : kProperties) {
-            if (row.input == PropertyInput::LayoutResult) {
-                continue;
-            }
-            std::size_t i = keySlot(row.key);
-            while (slots[i].used && slots[i].key != row.key) {
-                i = (i + 1) & (kKeySlots - 1);
-            }
-            if (!slots[i].used) {
-                slots[i] = {row.key, row.property, true};  // a repeated key keeps its first row
-            }
-        }
-        return slots;
-    }();
-    for (std::size_t i = keySlot(key); table[i].used; i = (i + 1) & (kKeySlots - 1)) {
-        if (sameKey(table[i].key, key)) {
-            return table[i].property;
+    for (std::size_t i = keySlot(key); kKeyTable[i].used; i = (i + 1) & (kKeySlots - 1)) {
+        if (sameKey(kKeyTable[i].key, key)) {
+            return kKeyTable[i].property;
         }
     }
     return std::nullopt;
