@@ -167,9 +167,3 @@ TEST(NumberToString, SixDecimalsWithoutTrailingZeros)
     }
     EXPECT_EQ(numberToString(std::numeric_limits<double>::max()).size(), 309u);
 }
-
-TEST(ReportError, ThrowsWhileDebugModeIsSetAndPrintsEitherWay)
-{
-    EXPECT_EQ(thrownMessage([] { reportError("boom"); }), "boom");
-    EXPECT_EQ(printedOutput([] { reportError("quiet boom"); }), "quiet boom\n");
-}
