@@ -64,6 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"GarbageAfterTheRootIsIgnored", R"({"a":1} garbage)", R"({"a":1})"},
         TextCase{"UnterminatedContainersKeepWhatWasRead", R"({"a":{"b":[1,2)", R"({"a":{"b":[1,2]}})"},
         TextCase{"AnUnterminatedStringKeepsWhatWasRead", R"({"s":"never closed)", R"({"s":"never closed"})"},
+        TextCase{"RawBytesInStringsPassThrough", "{\"s\":\"caf\xC3\xA9\x01\n\"}", "{\"s\":\"caf\xC3\xA9\x01\n\"}"},
         TextCase{"LeadingZerosAreRead", R"({"a":0.25,"b":-7,"c":007})", R"({"a":0.25,"b":-7,"c":7})"},
         TextCase{"ASecondPointEndsTheNumber", R"({"a":1.2.3,"b":1})", R"({"a":1.2,"b":1})"},
         // Below the root, members are read on a faster path that hands
@@ -81,12 +82,6 @@ TEST(JsonParserNumbers, LoneMinusThrowsTheConversionError)
     EXPECT_THROW(JsonParser::read(R"({"a":-})"), std::invalid_argument);
     EXPECT_THROW(JsonParser::read(R"({"o":{"a":-}})"), std::invalid_argument);
     EXPECT_THROW(JsonParser::read("{\"a\":1" + std::string(400, '0') + "}"), std::out_of_range);
-}
-
-TEST(JsonParserStrings, RawBytesPassThrough)
-{
-    std::string text = "{\"s\":\"caf\xC3\xA9\x01\n\"}";
-    EXPECT_EQ(JsonParser::read(text).object().at("s").string(), "caf\xC3\xA9\x01\n");
 }
 
 TEST(JsonParserStrings, TextNeedNotEndWithAZeroByte)
