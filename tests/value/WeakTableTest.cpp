@@ -23,23 +23,6 @@ Held find(const WeakTable<std::string>& table, std::size_t hash, const std::stri
 
 }  // namespace
 
-TEST(WeakTable, FindsByContentUnderAHashAndForgetsWhatNothingHolds)
-{
-    WeakTable<std::string> table;
-    Held first = std::make_shared<const std::string>("first");
-    const Held other = std::make_shared<const std::string>("other");
-    table.add(7, first);
-    table.add(7, other);  // the same hash, another text
-    EXPECT_EQ(find(table, 7, "first"), first);
-    EXPECT_EQ(find(table, 7, "other"), other);
-    EXPECT_EQ(find(table, 7, "third"), nullptr);
-    EXPECT_EQ(find(table, 8, "first"), nullptr);
-
-    first.reset();
-    EXPECT_EQ(find(table, 7, "first"), nullptr);
-    EXPECT_EQ(table.liveCount(), 1U);
-}
-
 // A text made, let go and made again many times keeps one entry, and leaves
 // the live entry under its hash alone.
 TEST(WeakTable, AnEntryNothingHoldsMakesRoomForTheNextUnderItsHash)
