@@ -91,18 +91,6 @@ TEST(ViewLayoutProperties, EachReachesYogaInItsUnit)
     }
 }
 
-TEST(ViewLayoutProperties, ABoundSizeChangeReachesYogaAndOwesALayout)
-{
-    RenderCard card(R"({"variables": {"w": 100}})");
-    auto node = makeNode(card, R"("width": {"sizeType": 1, "value": {"$": 3, "n": "w"}})");
-    EXPECT_FALSE(card.tree.layoutRequested());
-    card.set("w", "140");
-    EXPECT_EQ(text(YGNodeStyleGetWidth(node->yogaNode)), "140pt");
-    EXPECT_TRUE(card.tree.layoutRequested());
-    card.set("w", R"("wide")");  // a string reads as 0
-    EXPECT_EQ(text(YGNodeStyleGetWidth(node->yogaNode)), "0pt");
-}
-
 TEST(ViewStyleProperties, ConstantsFillTheCacheOnlyAndAWrongKindKeepsTheDefault)
 {
     RenderCard card("{}");
