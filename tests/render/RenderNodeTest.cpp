@@ -135,21 +135,6 @@ TEST(RenderNodeHostNodes, FlattenedContainersHandUpTheirShownChildren)
     EXPECT_EQ(YGNodeGetChild(card.find("group")->yogaNode, 1), card.find("g3")->yogaNode);
 }
 
-TEST(RenderNodeLifetime, BindingsOutliveTheirNodesHarmlessly)
-{
-    RenderCard card(R"({"variables": {"w": 100, "label": "x", "shown": true},
-        "elements": {"$": 3, "nodeId": "root", "children": [
-            {"$": 4, "nodeId": "t", "text": {"$": 3, "n": "label"}, "visible": {"$": 3, "n": "shown"},
-             "width": {"sizeType": 1, "value": {"$": 3, "n": "w"}}, "opacity": {"$": 3, "n": "w"}}]}})");
-    card.start();
-    card.tree.build(Mero::Value());
-    card.set("w", "50");
-    card.set("label", R"("y")");
-    card.set("shown", "false");
-    EXPECT_TRUE(card.tree.pendingNodes().empty());
-    EXPECT_EQ(card.flush(), Calls{});
-}
-
 TEST(RenderNodeLifetime, ANodeTakesItsBindingsWithItAndTheEngineForgetsThem)
 {
     RenderCard card(R"({"variables": {"label": "x"}, "elements": {"$": 3, "nodeId": "root", "children": [
