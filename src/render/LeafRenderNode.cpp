@@ -53,11 +53,18 @@ YGSize LeafRenderNode::measure(float width, YGMeasureMode widthMode, float heigh
 namespace {
 
 // What a text measurement reads.
-enum Measured { MeasuredText, MeasuredFontSize, MeasuredLineHeight, MeasuredInterval, MeasuredMaxLines,
-                MeasuredFontWeight, MeasuredCount };
-constexpr std::array<Property, MeasuredCount> kMeasured{Property::Text,         Property::FontSize,
-                                                        Property::LineHeight,   Property::TextInterval,
-                                                        Property::MaxLines,     Property::FontWeight};
+enum Measured {
+    MeasuredText,
+    MeasuredFontSize,
+    MeasuredLineHeight,
+    MeasuredInterval,
+    MeasuredMaxLines,
+    MeasuredFontWeight,
+    MeasuredCount
+};
+constexpr std::array<Property, MeasuredCount> kMeasured{Property::Text,       Property::FontSize,
+                                                        Property::LineHeight, Property::TextInterval,
+                                                        Property::MaxLines,   Property::FontWeight};
 
 // Where a kind keeps each (-1 where it has none) and what each reads when the
 // element does not name it, found once for every kind: each layout pass

@@ -99,7 +99,6 @@ constexpr auto kKindSlots = [] {
     return table;
 }();
 
-
 }  // namespace
 
 std::span<const Property> commonProperties()
