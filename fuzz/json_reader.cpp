@@ -2,7 +2,8 @@
 // teardown. Errors the reader reports are expected; anything that crashes,
 // reads out of bounds or trips a sanitizer is a bug. Reading the same bytes
 // keeping only the root member "a" must report the same and read "a" alike,
-// and what it left out must make the root whole again.
+// and what it left out must make the root whole again. Reading them sharing
+// objects of numbers written alike, as templates are read, must read the same.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -24,13 +25,17 @@ struct Reading {
     std::string root;  // read whole, or made whole again
 };
 
-Reading read(const char* text, size_t size, const Mero::JsonParser::KeySet* keep, std::ostringstream& sink)
+Reading read(const char* text, size_t size, const Mero::JsonParser::KeySet* keep, std::ostringstream& sink,
+             bool shareNumberObjects = false)
 {
     Reading reading;
     sink.str("");
     try {
         Mero::JsonParser parser;
         parser.keepRootMembers(keep);
+        if (shareNumberObjects) {
+            parser.shareNumberObjects();
+        }
         parser.parse(text, text + size);
         for (const auto& [key, value] : parser.root().object()) {
             if (key == "a") {
@@ -70,7 +75,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const char* text = reinterpret_cast<const char*>(data);
     const Reading whole = read(text, size, nullptr, sink);
     const Reading kept = read(text, size, &keep, sink);
+    const Reading shared = read(text, size, nullptr, sink, true);
     std::cout.rdbuf(saved);
+    if (shared.printed != whole.printed || shared.thrown != whole.thrown || shared.root != whole.root) {
+        std::cerr << "sharing number objects read differently: printed \"" << shared.printed << "\" for \""
+                  << whole.printed << "\", thrown \"" << shared.thrown << "\" for \"" << whole.thrown << "\", "
+                  << shared.root << " for " << whole.root << "\n";
+        std::abort();
+    }
     if (whole.printed != kept.printed || whole.thrown != kept.thrown || whole.keptMembers != kept.keptMembers ||
         whole.root != kept.root) {
         std::cerr << "keeping only \"a\" read differently: printed \"" << kept.printed << "\" for \"" << whole.printed

@@ -138,6 +138,8 @@ ParsedTemplatePtr ParsedTemplate::read(std::string_view text, Reports reports)
     }
     auto ownText = std::make_shared<const std::string>(text);
     JsonParser parser;
+    // Nothing changes a template's Values in place: every card of it shares them.
+    parser.shareNumberObjects();
     if (reports == Reports::Quiet) {
         parser.setQuiet();
     }

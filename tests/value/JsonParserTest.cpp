@@ -7,6 +7,7 @@
 #include "support/CanonicalJson.h"
 #include "support/ReportedErrors.h"
 #include "value/JsonParser.h"
+#include "value/JsonWriter.h"
 
 using namespace Mero;
 using MeroTest::canonicalJson;
@@ -174,3 +175,66 @@ INSTANTIATE_TEST_SUITE_P(
         ReaderErrorCase{"NestedBadUnicodeEscapeInKeyAtEnd", R"({"o":{"\u)", "string escape error", R"({"o":{}})",
                         "object member separator is failed\n"}),
     [](const testing::TestParamInfo<ReaderErrorCase>& param) { return std::string(param.param.name); });
+
+// Templates are read sharing the objects of numbers they repeat. Shared or
+// not, a text reads the same, in the same order, with the same reports. The
+// rows are texts where an object's first '}' is not its end, where members
+// are read into an object met before, or where an error comes first.
+namespace {
+
+std::string readSharing(const std::string& text, bool share)
+{
+    std::string read;
+    const std::string printed = printedOutput([&] {
+        JsonParser parser;
+        if (share) {
+            parser.shareNumberObjects();
+        }
+        parser.parse(text);
+        read = toJsonString(parser.root()) + " " + canonicalJson(parser.root());
+    });
+    return printed + read;
+}
+
+const std::string kLongNumberObject =
+    R"({"first":1,"second":2,"third":3,"fourth":4,"fifth":5,"sixth":6,"seventh":7,"eighth":8,"ninth":9})";
+
+}  // namespace
+
+class JsonParserSharedNumberObjects : public testing::TestWithParam<std::string> {};
+
+TEST_P(JsonParserSharedNumberObjects, ReadAsWithoutSharing)
+{
+    EXPECT_EQ(readSharing(GetParam(), true), readSharing(GetParam(), false)) << GetParam();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, JsonParserSharedNumberObjects,
+    testing::Values(R"({"o":{"a":{"v":1},"b":[{"v":1},{"v":1}],"c":{"v":1},"d":{"v":1}}})",
+                    R"({"o":{"a":{"v":1},"b":{"v":1},"b":{"w":2},"c":{"v":1}}})",
+                    R"({"o":{"a":{"v":1},"a":{"w":2},"c":{"v":1}}})", R"({"o":{"a":{"k}":1},"b":{"k}":1}}})",
+                    R"({"o":{"a":{"s":"}"},"b":{"s":"}"},"c":{"s":"}"}}})", R"({"o":{"a":{"v":1],"b":{"v":1]}})",
+                    R"({"o":{"a":{"v":tru},"b":{"v":tru},"c":{"v":1}}})", R"({"o":{"a":{"\q":1},"b":{"\q":1}}})",
+                    R"({"o":{"a":{"\u0076":1},"b":{"\u0076":1},"c":{"v":1}}})",
+                    R"({"o":{"a":{"p":{"v":1}},"b":{"p":{"v":1}},"c":{"v":1}}})",
+                    R"({"o":{"a":{},"b":{},"c":[{},{}]}})", R"({"o":{"a":{"v":1,"v":2},"b":{"v":1,"v":2}}})",
+                    R"({"o":{"a":{"v":1e2},"b":{"v":1e2},"c":{"v":-0.5},"d":{"v":-0.5}}})",
+                    R"({"o":[)" + kLongNumberObject + "," + kLongNumberObject + "]}"));
+
+TEST(JsonParserSharedNumberObjects, OnlyObjectsOfNumbersWrittenAlikeAreShared)
+{
+    const std::string text = R"({"o":{"a":{"v":1},"b":{"v":1},"c":{"v":2},"d":{"v": 1},"e":{"s":"1"},"f":{"s":"1"}}})";
+    JsonParser sharing;
+    sharing.shareNumberObjects();
+    sharing.parse(text);
+    const ValueObject& read = sharing.root().object().at("o").object();
+    auto objectAt = [&read](const char* key) { return &read.at(key).object(); };
+    EXPECT_EQ(objectAt("a"), objectAt("b"));
+    EXPECT_NE(objectAt("a"), objectAt("c"));
+    EXPECT_NE(objectAt("a"), objectAt("d"));  // written otherwise
+    EXPECT_NE(objectAt("e"), objectAt("f"));  // not of numbers
+
+    // Data is changed in place by scripts: a reader shares nothing unless told.
+    const Value plain = JsonParser::read(text);
+    EXPECT_NE(&plain.object().at("o").object().at("a").object(), &plain.object().at("o").object().at("b").object());
+}
