@@ -3,7 +3,7 @@
 // reads out of bounds or trips a sanitizer is a bug. Reading the same bytes
 // keeping only the root member "a" must report the same and read "a" alike,
 // and what it left out must make the root whole again. Reading them sharing
-// objects of numbers written alike, as templates are read, must read the same.
+// objects written alike, as templates are read, must read the same.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -26,15 +26,15 @@ struct Reading {
 };
 
 Reading read(const char* text, size_t size, const Mero::JsonParser::KeySet* keep, std::ostringstream& sink,
-             bool shareNumberObjects = false)
+             bool shareRepeated = false)
 {
     Reading reading;
     sink.str("");
     try {
         Mero::JsonParser parser;
         parser.keepRootMembers(keep);
-        if (shareNumberObjects) {
-            parser.shareNumberObjects();
+        if (shareRepeated) {
+            parser.shareRepeatedObjects();
         }
         parser.parse(text, text + size);
         for (const auto& [key, value] : parser.root().object()) {
@@ -78,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const Reading shared = read(text, size, nullptr, sink, true);
     std::cout.rdbuf(saved);
     if (shared.printed != whole.printed || shared.thrown != whole.thrown || shared.root != whole.root) {
-        std::cerr << "sharing number objects read differently: printed \"" << shared.printed << "\" for \""
+        std::cerr << "sharing repeated objects read differently: printed \"" << shared.printed << "\" for \""
                   << whole.printed << "\", thrown \"" << shared.thrown << "\" for \"" << whole.thrown << "\", "
                   << shared.root << " for " << whole.root << "\n";
         std::abort();

@@ -139,7 +139,7 @@ ParsedTemplatePtr ParsedTemplate::read(std::string_view text, Reports reports)
     auto ownText = std::make_shared<const std::string>(text);
     JsonParser parser;
     // Nothing changes a template's Values in place: every card of it shares them.
-    parser.shareNumberObjects();
+    parser.shareRepeatedObjects();
     if (reports == Reports::Quiet) {
         parser.setQuiet();
     }

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <stdexcept>
 #include <string_view>
-#include <type_traits>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -433,8 +432,7 @@ void JsonParser::parse(const char* begin, const char* end)
     stack_.reserve(kUsualDepth);
     sizeHints_.reserve(kUsualDepth);
     rootMembers_.clear();
-    sharedObjects_.clear();
-    sharedCount_ = 0;
+    repeated_.clear();
     reported_ = false;
     skipMissed_ = false;
     rootEnd_ = static_cast<size_t>(end - begin);
@@ -508,8 +506,8 @@ void JsonParser::readPlainMembers()
             continue;
         }
         if (c == '}' || c == ']') {
-            if (top.numbersSince != nullptr && c == '}') {
-                rememberNumberObject(top, p);
+            if (top.openedAt != nullptr && c == '}') {
+                rememberObject(top, p);
             }
             close();
             ++p;
@@ -556,14 +554,15 @@ const char* JsonParser::readPlainValue(Frame& top, std::string_view key, const c
     case '{': {
         // A member certainly new to its object (or an array's element) may
         // be an object read before, or become one that is shared.
-        const bool fresh = shareNumberObjects_ && (top.object == nullptr || (top.keyBits & keyBit(key)) == 0);
+        const bool fresh = shareRepeatedObjects_ && (top.object == nullptr || (top.keyBits & keyBit(key)) == 0);
         if (fresh) {
-            if (const char* past = storeSharedObject(top, key, p)) {
-                return past;
+            if (const RepeatedObjects::Found found = repeated_.find(p, end_); found.object != nullptr) {
+                store(top, key, *found.object);
+                return p + found.length;
             }
         }
         open(top, key, Kind::Object);
-        stack_.back().numbersSince = fresh ? p : nullptr;
+        stack_.back().openedAt = fresh ? p : nullptr;
         return p + 1;
     }
     case '[': open(top, key, Kind::Array); return p + 1;
@@ -810,9 +809,6 @@ bool JsonParser::readValue(Frame& top, std::string_view key, Token token)
 template <typename... Args>
 Value& JsonParser::store(Frame& top, std::string_view key, Args&&... args)
 {
-    if constexpr (!(sizeof...(Args) == 1 && (std::is_same_v<std::decay_t<Args>, double> && ...))) {
-        top.numbersSince = nullptr;  // a member that is not a number: the object is not shared
-    }
     if (top.object != nullptr) {
         const uint64_t bit = keyBit(key);
         if ((top.keyBits & bit) == 0) {
@@ -826,12 +822,16 @@ Value& JsonParser::store(Frame& top, std::string_view key, Args&&... args)
 
 void JsonParser::open(Frame& top, std::string_view key, Kind kind)
 {
-    Value& stored = store(top, key, kind);  // not a number: `top` is not shared
+    Value& stored = store(top, key, kind);
     // Under a duplicate key, members are read into the first value: when it
-    // is an object read before and shared, into a copy of it, so that they
-    // reach no other place.
-    if (shareNumberObjects_ && stored.is(Kind::Object) && std::get<ObjectPtr>(stored.payload()).use_count() > 1) {
-        stored = Value::makeObject(ValueObject(stored.object()));
+    // is shared (an object read before, or a container of one), into a copy
+    // of it, so that they reach no other place.
+    if (shareRepeatedObjects_ && stored.is(kind)) {
+        if (kind == Kind::Object && std::get<ObjectPtr>(stored.payload()).use_count() > 1) {
+            stored = Value::makeObject(ValueObject(stored.object()));
+        } else if (kind == Kind::Array && std::get<ArrayPtr>(stored.payload()).use_count() > 1) {
+            stored = Value::makeArray(ValueArray(stored.array()));
+        }
     }
     // Under a duplicate key, a container is read into the first value when
     // that is a container of the same kind, and otherwise into a scratch one
@@ -853,90 +853,19 @@ void JsonParser::open(Frame& top, std::string_view key, Kind kind)
     }
 }
 
-namespace {
-
-// Number objects are short: {"sizeType": 4, "value": 24} is 28 bytes.
-constexpr size_t kMaxSharedText = 96;
-// At most this many are kept, in twice as many slots.
-constexpr size_t kMaxSharedObjects = 64;
-constexpr size_t kSharedSlots = 2 * kMaxSharedObjects;
-
-size_t sharedSlotOf(std::string_view text)
+// Remembers the object of `top`, closing at `close`, for the same text
+// later: an object read without an error, which its parent holds.
+void JsonParser::rememberObject(const Frame& top, const char* close)
 {
-    uint64_t hash = text.size();
-    const char* p = text.data();
-    for (size_t left = text.size(); left >= 8; p += 8, left -= 8) {
-        uint64_t word = 0;
-        std::memcpy(&word, p, 8);
-        hash = (hash ^ word) * 0x9E3779B97F4A7C15ULL;
-    }
-    uint64_t tail = 0;
-    std::memcpy(&tail, text.data() + text.size() - std::min<size_t>(8, text.size()), std::min<size_t>(8, text.size()));
-    hash = (hash ^ tail) * 0x9E3779B97F4A7C15ULL;
-    return static_cast<size_t>(hash >> 57) & (kSharedSlots - 1);
-}
-
-// The text of the object opening at p up to its first '}', or empty when
-// there is none close enough. Reading an object is a function of its text
-// alone, read from the left: an object read before from the same bytes up
-// to the same first '}' was that whole object, and so is this one.
-std::string_view textToFirstClose(const char* p, const char* end)
-{
-    const auto* close =
-        static_cast<const char*>(std::memchr(p, '}', std::min<size_t>(kMaxSharedText, static_cast<size_t>(end - p))));
-    return close != nullptr ? std::string_view(p, static_cast<size_t>(close - p + 1)) : std::string_view();
-}
-
-}  // namespace
-
-// When the object opening at p was read before, stores it in `top` under
-// `key`, shared, and answers where it ends; else null.
-const char* JsonParser::storeSharedObject(Frame& top, std::string_view key, const char* p)
-{
-    if (sharedCount_ == 0) {
-        return nullptr;
-    }
-    const std::string_view text = textToFirstClose(p, end_);
-    if (text.empty()) {
-        return nullptr;
-    }
-    for (size_t slot = sharedSlotOf(text); !sharedObjects_[slot].text.empty(); slot = (slot + 1) & (kSharedSlots - 1)) {
-        if (sharedObjects_[slot].text == text) {
-            store(top, key, sharedObjects_[slot].object);
-            return text.data() + text.size();
-        }
-    }
-    return nullptr;
-}
-
-// Keeps the object of `top`, closing at `close`, for the same text later:
-// when its members were all numbers, read without an error, and its text
-// ends at its first '}'.
-void JsonParser::rememberNumberObject(const Frame& top, const char* close)
-{
-    const std::string_view text = textToFirstClose(top.numbersSince, end_);
-    if (reported_ || sharedCount_ == kMaxSharedObjects || text.data() + text.size() != close + 1 ||
-        stack_.size() < 2) {
+    if (reported_ || stack_.size() < 2) {
         return;
     }
     // A new member is its container's last.
     const Frame& parent = stack_[stack_.size() - 2];
     const Value& made = parent.object != nullptr ? (parent.object->end() - 1)->second : parent.array->back();
-    if (!made.is(Kind::Object) || &made.object() != top.object) {
-        return;
+    if (made.is(Kind::Object) && &made.object() == top.object) {
+        repeated_.remember({top.openedAt, static_cast<size_t>(close + 1 - top.openedAt)}, made.objectPtr());
     }
-    if (sharedObjects_.empty()) {
-        sharedObjects_.resize(kSharedSlots);
-    }
-    size_t slot = sharedSlotOf(text);
-    while (!sharedObjects_[slot].text.empty()) {
-        if (sharedObjects_[slot].text == text) {
-            return;
-        }
-        slot = (slot + 1) & (kSharedSlots - 1);
-    }
-    sharedObjects_[slot] = {text, made.objectPtr()};
-    ++sharedCount_;
 }
 
 void JsonParser::close()

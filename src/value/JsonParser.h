@@ -19,6 +19,7 @@
 #include <utility>
 #include <vector>
 
+#include "value/RepeatedObjects.h"
 #include "value/Value.h"
 
 namespace Mero {
@@ -62,12 +63,11 @@ public:
     using KeySet = std::set<std::string, std::less<>>;
     void keepRootMembers(const KeySet* keys) { rootKeys_ = keys; }
 
-    // Objects whose members are all numbers, written alike byte for byte,
-    // are read once and then shared: a template repeats a few sizes such as
-    // {"sizeType": 4, "value": 24} hundreds of times. Only for a text whose
-    // Values nothing changes in place (a template's, which all its cards
-    // share already); a text with an error shares nothing after the error.
-    void shareNumberObjects() { shareNumberObjects_ = true; }
+    // An object written again byte for byte (under a new key, or as an
+    // array's element) is shared with the first one read instead of being
+    // read again (see RepeatedObjects). Only for a text whose Values nothing
+    // changes in place (a template's); after an error nothing more is shared.
+    void shareRepeatedObjects() { shareRepeatedObjects_ = true; }
 
     // What a parse that kept only some root members left out: the text of
     // those members as it was, and every root key in the order it first came.
@@ -107,10 +107,9 @@ private:
         // clear is certainly not there yet, and goes in without a search.
         // All set when the object had members before the frame opened.
         uint64_t keyBits = 0;
-        // The '{' of an object that may be shared (shareNumberObjects): a
-        // new member of its parent, opened by the plain reading, whose
-        // members are all numbers so far. Null otherwise.
-        const char* numbersSince = nullptr;
+        // The '{' of an object that may be shared (shareRepeatedObjects): a
+        // new member of its parent, opened by the plain reading. Else null.
+        const char* openedAt = nullptr;
     };
 
     Token peek();
@@ -133,8 +132,7 @@ private:
     void report(std::string_view message) const;
 
     void close();
-    const char* storeSharedObject(Frame& top, std::string_view key, const char* open);
-    void rememberNumberObject(const Frame& top, const char* close);
+    void rememberObject(const Frame& top, const char* close);
 
     Value root_ = Value(Kind::Object);
     std::vector<Frame> stack_;
@@ -154,15 +152,8 @@ private:
     mutable bool reported_ = false;
     bool skipMissed_ = false;
     const KeySet* rootKeys_ = nullptr;
-    // The number objects read so far, by their text (open addressing; an
-    // empty text marks a free slot); empty unless they are shared.
-    struct SharedObject {
-        std::string_view text;
-        ObjectPtr object;
-    };
-    std::vector<SharedObject> sharedObjects_;
-    size_t sharedCount_ = 0;
-    bool shareNumberObjects_ = false;
+    RepeatedObjects repeated_;
+    bool shareRepeatedObjects_ = false;
     // While only some root members are kept: where each began in the text,
     // under which key, whether it was kept; and where the root ended.
     struct RootMember {

@@ -176,10 +176,11 @@ INSTANTIATE_TEST_SUITE_P(
                         "object member separator is failed\n"}),
     [](const testing::TestParamInfo<ReaderErrorCase>& param) { return std::string(param.param.name); });
 
-// Templates are read sharing the objects of numbers they repeat. Shared or
-// not, a text reads the same, in the same order, with the same reports. The
-// rows are texts where an object's first '}' is not its end, where members
-// are read into an object met before, or where an error comes first.
+// Templates are read sharing the objects they repeat. Shared or not, a text
+// reads the same, in the same order, with the same reports. The rows are
+// texts where an object's first '}' is not its end, where members are read
+// into an object met before (or into a container inside one), or where an
+// error comes first.
 namespace {
 
 std::string readSharing(const std::string& text, bool share)
@@ -188,7 +189,7 @@ std::string readSharing(const std::string& text, bool share)
     const std::string printed = printedOutput([&] {
         JsonParser parser;
         if (share) {
-            parser.shareNumberObjects();
+            parser.shareRepeatedObjects();
         }
         parser.parse(text);
         read = toJsonString(parser.root()) + " " + canonicalJson(parser.root());
@@ -196,20 +197,20 @@ std::string readSharing(const std::string& text, bool share)
     return printed + read;
 }
 
-const std::string kLongNumberObject =
-    R"({"first":1,"second":2,"third":3,"fourth":4,"fifth":5,"sixth":6,"seventh":7,"eighth":8,"ninth":9})";
+// Long enough to be found by its first bytes, not by its first '}'.
+const std::string kElement = R"({"$":4,"nodeId":"subtitle","text":"A short description","size":{"v":24},"c":[1]})";
 
 }  // namespace
 
-class JsonParserSharedNumberObjects : public testing::TestWithParam<std::string> {};
+class JsonParserRepeatedObjects : public testing::TestWithParam<std::string> {};
 
-TEST_P(JsonParserSharedNumberObjects, ReadAsWithoutSharing)
+TEST_P(JsonParserRepeatedObjects, ReadAsWithoutSharing)
 {
     EXPECT_EQ(readSharing(GetParam(), true), readSharing(GetParam(), false)) << GetParam();
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Texts, JsonParserSharedNumberObjects,
+    Texts, JsonParserRepeatedObjects,
     testing::Values(R"({"o":{"a":{"v":1},"b":[{"v":1},{"v":1}],"c":{"v":1},"d":{"v":1}}})",
                     R"({"o":{"a":{"v":1},"b":{"v":1},"b":{"w":2},"c":{"v":1}}})",
                     R"({"o":{"a":{"v":1},"a":{"w":2},"c":{"v":1}}})", R"({"o":{"a":{"k}":1},"b":{"k}":1}}})",
@@ -219,20 +220,25 @@ INSTANTIATE_TEST_SUITE_P(
                     R"({"o":{"a":{"p":{"v":1}},"b":{"p":{"v":1}},"c":{"v":1}}})",
                     R"({"o":{"a":{},"b":{},"c":[{},{}]}})", R"({"o":{"a":{"v":1,"v":2},"b":{"v":1,"v":2}}})",
                     R"({"o":{"a":{"v":1e2},"b":{"v":1e2},"c":{"v":-0.5},"d":{"v":-0.5}}})",
-                    R"({"o":[)" + kLongNumberObject + "," + kLongNumberObject + "]}"));
+                    R"({"o":[)" + kElement + "," + kElement + "," + kElement + "]}",
+                    R"({"o":{"a":)" + kElement + R"(,"b":)" + kElement + R"(,"b":{"size":{"w":2},"c":[2]},"d":)" +
+                        kElement + "}}",
+                    R"({"o":{"a":)" + kElement + R"(,"b":)" + kElement.substr(0, 60) + "}}",
+                    R"({"o":[)" + kElement + "," + kElement.substr(0, kElement.size() - 1) + "]}"));
 
-TEST(JsonParserSharedNumberObjects, OnlyObjectsOfNumbersWrittenAlikeAreShared)
+TEST(JsonParserRepeatedObjects, ObjectsWrittenAlikeAreShared)
 {
-    const std::string text = R"({"o":{"a":{"v":1},"b":{"v":1},"c":{"v":2},"d":{"v": 1},"e":{"s":"1"},"f":{"s":"1"}}})";
+    const std::string text = R"({"o":{"a":{"v":1},"b":{"v":1},"c":{"v":2},"d":{"v": 1},"e":)" + kElement +
+                             R"(,"f":)" + kElement + "}}";
     JsonParser sharing;
-    sharing.shareNumberObjects();
+    sharing.shareRepeatedObjects();
     sharing.parse(text);
     const ValueObject& read = sharing.root().object().at("o").object();
     auto objectAt = [&read](const char* key) { return &read.at(key).object(); };
     EXPECT_EQ(objectAt("a"), objectAt("b"));
     EXPECT_NE(objectAt("a"), objectAt("c"));
     EXPECT_NE(objectAt("a"), objectAt("d"));  // written otherwise
-    EXPECT_NE(objectAt("e"), objectAt("f"));  // not of numbers
+    EXPECT_EQ(objectAt("e"), objectAt("f"));
 
     // Data is changed in place by scripts: a reader shares nothing unless told.
     const Value plain = JsonParser::read(text);

@@ -1,0 +1,59 @@
+// RepeatedObjects: the objects a reader has read, by their text, so that an
+// object written again byte for byte is shared instead of read again.
+//
+// A template repeats itself: every size is an object such as
+// {"sizeType": 4, "value": 24}, a few of them hundreds of times, and a feed
+// card repeats whole elements (an icon, a subtitle) in every row. Reading an
+// object is a function of its bytes alone, read from the left to its closing
+// '}': the same bytes read to the same object, ending at the same place,
+// whatever comes before or after them. Only a reader whose Values nothing
+// changes in place may share them (a template's, which every card of it
+// shares already).
+//
+// Objects are found two ways:
+// - short ones by their whole text, up to the first '}' after the '{' (an
+//   object remembered this way closed at its first '}');
+// - long ones by their first kPrefix bytes, then compared whole.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "value/Value.h"
+
+namespace Mero {
+
+class RepeatedObjects {
+public:
+    struct Found {
+        const ObjectPtr* object = nullptr;  // null when none was read before
+        std::size_t length = 0;  // of its text, '{' to '}'
+    };
+
+    // The object read before whose text starts at `open` (a '{'), if any.
+    Found find(const char* open, const char* end) const;
+    // Remembers `object`, read from `text` (its '{' to its closing '}').
+    void remember(std::string_view text, const ObjectPtr& object);
+    void clear();
+
+private:
+    struct Entry {
+        std::string_view text;  // empty: a free slot
+        ObjectPtr object;
+    };
+    // Open addressing, at most half full; made on the first remember.
+    struct Table {
+        std::vector<Entry> slots;
+        std::size_t count = 0;
+    };
+
+    static constexpr std::size_t kMaxShortText = 96;
+    static constexpr std::size_t kPrefix = 48;
+
+    Table short_;
+    Table long_;
+};
+
+}  // namespace Mero
