@@ -7,16 +7,12 @@ namespace Mero {
 
 namespace {
 
-// Each table keeps at most this many objects, in twice as many slots.
-constexpr std::size_t kMaxEntries = 128;
-constexpr std::size_t kSlots = 2 * kMaxEntries;
-static_assert((kSlots & (kSlots - 1)) == 0);
 // At most this many long objects share their first bytes: every lookup of
 // such a start compares them all, and rows that differ only further on (in
 // a title, say) would make that a long list.
 constexpr std::size_t kMaxSamePrefix = 4;
 
-std::size_t slotOf(std::string_view bytes)
+std::size_t hashOf(std::string_view bytes)
 {
     constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15ULL;
     uint64_t hash = bytes.size();
@@ -30,12 +26,7 @@ std::size_t slotOf(std::string_view bytes)
     uint64_t tail = 0;
     std::memcpy(&tail, p, left);
     hash = (hash ^ tail) * kMultiplier;
-    return static_cast<std::size_t>(hash >> 48) & (kSlots - 1);
-}
-
-std::size_t next(std::size_t slot)
-{
-    return (slot + 1) & (kSlots - 1);
+    return static_cast<std::size_t>(hash >> 40);
 }
 
 // The text from the '{' at `open` to the first '}' after it, if that is
@@ -48,25 +39,32 @@ std::string_view textToFirstClose(const char* open, const char* end, std::size_t
 
 }  // namespace
 
+// The entry of `table` that `text` starts with, probing from `slot`.
+const RepeatedObjects::Entry* RepeatedObjects::findIn(const Table& table, std::size_t slot, std::string_view text) const
+{
+    for (slot &= kSlots - 1; table.slots[slot] != 0; slot = (slot + 1) & (kSlots - 1)) {
+        const Entry& entry = entries_[table.slots[slot] - 1U];
+        if (entry.text.size() <= text.size() && std::memcmp(entry.text.data(), text.data(), entry.text.size()) == 0) {
+            return &entry;
+        }
+    }
+    return nullptr;
+}
+
 RepeatedObjects::Found RepeatedObjects::find(const char* open, const char* end) const
 {
     if (short_.count != 0) {
         const std::string_view text = textToFirstClose(open, end, kMaxShortText);
-        if (!text.empty()) {
-            for (std::size_t slot = slotOf(text); !short_.slots[slot].text.empty(); slot = next(slot)) {
-                if (short_.slots[slot].text == text) {
-                    return {&short_.slots[slot].object, text.size()};
-                }
-            }
+        // Equal, not only a start: a short object closes at its first '}'.
+        if (const Entry* entry = text.empty() ? nullptr : findIn(short_, hashOf(text), text);
+            entry != nullptr && entry->text.size() == text.size()) {
+            return {&entry->object, text.size()};
         }
     }
     const auto available = static_cast<std::size_t>(end - open);
     if (long_.count != 0 && available >= kPrefix) {
-        for (std::size_t slot = slotOf({open, kPrefix}); !long_.slots[slot].text.empty(); slot = next(slot)) {
-            const Entry& entry = long_.slots[slot];
-            if (entry.text.size() <= available && std::memcmp(entry.text.data(), open, entry.text.size()) == 0) {
-                return {&entry.object, entry.text.size()};
-            }
+        if (const Entry* entry = findIn(long_, hashOf({open, kPrefix}), {open, available})) {
+            return {&entry->object, entry->text.size()};
         }
     }
     return {};
@@ -79,13 +77,10 @@ void RepeatedObjects::remember(std::string_view text, const ObjectPtr& object)
     if ((!closesFirst && text.size() < kPrefix) || table.count == kMaxEntries) {
         return;
     }
-    if (table.slots.empty()) {
-        table.slots.resize(kSlots);
-    }
     std::size_t samePrefix = 0;
-    std::size_t slot = slotOf(closesFirst ? text : text.substr(0, kPrefix));
-    for (; !table.slots[slot].text.empty(); slot = next(slot)) {
-        const std::string_view held = table.slots[slot].text;
+    std::size_t slot = hashOf(closesFirst ? text : text.substr(0, kPrefix)) & (kSlots - 1);
+    for (; table.slots[slot] != 0; slot = (slot + 1) & (kSlots - 1)) {
+        const std::string_view held = entries_[table.slots[slot] - 1U].text;
         if (held == text) {
             return;
         }
@@ -93,16 +88,22 @@ void RepeatedObjects::remember(std::string_view text, const ObjectPtr& object)
             return;
         }
     }
-    table.slots[slot] = {text, object};
+    if (entries_.empty()) {
+        entries_.reserve(16);
+    }
+    entries_.push_back({text, object});
+    table.slots[slot] = static_cast<uint8_t>(entries_.size());
     ++table.count;
 }
 
 void RepeatedObjects::clear()
 {
-    for (Table* table : {&short_, &long_}) {
-        table->slots.clear();
-        table->count = 0;
+    if (entries_.empty()) {
+        return;
     }
+    entries_.clear();
+    short_ = {};
+    long_ = {};
 }
 
 }  // namespace Mero

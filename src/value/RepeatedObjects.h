@@ -16,6 +16,7 @@
 // - long ones by their first kPrefix bytes, then compared whole.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -40,18 +41,27 @@ public:
 
 private:
     struct Entry {
-        std::string_view text;  // empty: a free slot
+        std::string_view text;
         ObjectPtr object;
     };
-    // Open addressing, at most half full; made on the first remember.
+    // Each table keeps at most kMaxEntries objects, in twice as many slots
+    // (open addressing) that hold an entry's place plus one (0: free). The
+    // slots sit in the reader itself: a small template must not pay for a
+    // table on the heap.
+    static constexpr std::size_t kMaxEntries = 64;
+    static constexpr std::size_t kSlots = 2 * kMaxEntries;
+    using Slots = std::array<uint8_t, kSlots>;
     struct Table {
-        std::vector<Entry> slots;
+        Slots slots{};
         std::size_t count = 0;
     };
 
     static constexpr std::size_t kMaxShortText = 96;
     static constexpr std::size_t kPrefix = 48;
 
+    const Entry* findIn(const Table& table, std::size_t slot, std::string_view text) const;
+
+    std::vector<Entry> entries_;
     Table short_;
     Table long_;
 };
