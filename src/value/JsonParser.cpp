@@ -823,9 +823,11 @@ Value& JsonParser::store(Frame& top, std::string_view key, Args&&... args)
 void JsonParser::open(Frame& top, std::string_view key, Kind kind)
 {
     Value& stored = store(top, key, kind);
-    // Under a duplicate key, members are read into the first value: when it
-    // is shared (an object read before, or a container of one), into a copy
-    // of it, so that they reach no other place.
+    // Under a duplicate key, a container is read into the first value when
+    // that is a container of the same kind, and otherwise into a scratch one
+    // that is dropped. A first value that is shared (an object read before,
+    // or a container inside one) is copied first, so that what is read into
+    // it reaches no other place.
     if (shareRepeatedObjects_ && stored.is(kind)) {
         if (kind == Kind::Object && std::get<ObjectPtr>(stored.payload()).use_count() > 1) {
             stored = Value::makeObject(ValueObject(stored.object()));
@@ -833,9 +835,6 @@ void JsonParser::open(Frame& top, std::string_view key, Kind kind)
             stored = Value::makeArray(ValueArray(stored.array()));
         }
     }
-    // Under a duplicate key, a container is read into the first value when
-    // that is a container of the same kind, and otherwise into a scratch one
-    // that is dropped.
     Value& target = stored.is(kind) ? stored : scratch_.emplace_back(kind);
     const size_t depth = stack_.size();
     if (depth < kHintedDepth && sizeHints_.size() <= depth) {

@@ -66,7 +66,8 @@ public:
     // An object written again byte for byte (under a new key, or as an
     // array's element) is shared with the first one read instead of being
     // read again (see RepeatedObjects). Only for a text whose Values nothing
-    // changes in place (a template's); after an error nothing more is shared.
+    // changes in place (a template's). An object read after an error is not
+    // remembered.
     void shareRepeatedObjects() { shareRepeatedObjects_ = true; }
 
     // What a parse that kept only some root members left out: the text of
