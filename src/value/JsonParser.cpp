@@ -432,7 +432,9 @@ void JsonParser::parse(const char* begin, const char* end)
     stack_.reserve(kUsualDepth);
     sizeHints_.reserve(kUsualDepth);
     rootMembers_.clear();
-    repeated_.clear();
+    if (repeated_) {
+        repeated_->clear();
+    }
     reported_ = false;
     skipMissed_ = false;
     rootEnd_ = static_cast<size_t>(end - begin);
@@ -554,9 +556,9 @@ const char* JsonParser::readPlainValue(Frame& top, std::string_view key, const c
     case '{': {
         // A member certainly new to its object (or an array's element) may
         // be an object read before, or become one that is shared.
-        const bool fresh = shareRepeatedObjects_ && (top.object == nullptr || (top.keyBits & keyBit(key)) == 0);
+        const bool fresh = repeated_ && (top.object == nullptr || (top.keyBits & keyBit(key)) == 0);
         if (fresh) {
-            if (const RepeatedObjects::Found found = repeated_.find(p, end_); found.object != nullptr) {
+            if (const RepeatedObjects::Found found = repeated_->find(p, end_); found.object != nullptr) {
                 store(top, key, *found.object);
                 return p + found.length;
             }
@@ -828,7 +830,7 @@ void JsonParser::open(Frame& top, std::string_view key, Kind kind)
     // that is dropped. A first value that is shared (an object read before,
     // or a container inside one) is copied first, so that what is read into
     // it reaches no other place.
-    if (shareRepeatedObjects_ && stored.is(kind)) {
+    if (repeated_ && stored.is(kind)) {
         if (kind == Kind::Object && std::get<ObjectPtr>(stored.payload()).use_count() > 1) {
             stored = Value::makeObject(ValueObject(stored.object()));
         } else if (kind == Kind::Array && std::get<ArrayPtr>(stored.payload()).use_count() > 1) {
@@ -863,7 +865,7 @@ void JsonParser::rememberObject(const Frame& top, const char* close)
     const Frame& parent = stack_[stack_.size() - 2];
     const Value& made = parent.object != nullptr ? (parent.object->end() - 1)->second : parent.array->back();
     if (made.is(Kind::Object) && &made.object() == top.object) {
-        repeated_.remember({top.openedAt, static_cast<size_t>(close + 1 - top.openedAt)}, made.objectPtr());
+        repeated_->remember({top.openedAt, static_cast<size_t>(close + 1 - top.openedAt)}, made.objectPtr());
     }
 }
 

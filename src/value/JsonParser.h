@@ -13,6 +13,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -68,7 +69,7 @@ public:
     // read again (see RepeatedObjects). Only for a text whose Values nothing
     // changes in place (a template's). An object read after an error is not
     // remembered.
-    void shareRepeatedObjects() { shareRepeatedObjects_ = true; }
+    void shareRepeatedObjects() { repeated_.emplace(); }
 
     // What a parse that kept only some root members left out: the text of
     // those members as it was, and every root key in the order it first came.
@@ -153,8 +154,8 @@ private:
     mutable bool reported_ = false;
     bool skipMissed_ = false;
     const KeySet* rootKeys_ = nullptr;
-    RepeatedObjects repeated_;
-    bool shareRepeatedObjects_ = false;
+    // Made only for a reader that shares: events read a small payload each.
+    std::optional<RepeatedObjects> repeated_;
     // While only some root members are kept: where each began in the text,
     // under which key, whether it was kept; and where the root ended.
     struct RootMember {
