@@ -200,6 +200,21 @@ std::string readSharing(const std::string& text, bool share)
 // Long enough to be found by its first bytes, not by its first '}'.
 const std::string kElement = R"({"$":4,"nodeId":"subtitle","text":"A short description","size":{"v":24},"c":[1]})";
 
+// More different objects than the reader keeps, short ones and long ones
+// alike from their first bytes on, each written twice.
+std::string manyRepeatedObjects()
+{
+    std::string text = R"({"o":[)";
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < 300; ++i) {
+            const std::string n = std::to_string(i);
+            text += R"({"v":)" + n + "},";
+            text += kElement.substr(0, kElement.size() - 1) + R"(,"n":)" + n + "},";
+        }
+    }
+    return text + "{}]}";
+}
+
 }  // namespace
 
 class JsonParserRepeatedObjects : public testing::TestWithParam<std::string> {};
@@ -224,7 +239,8 @@ INSTANTIATE_TEST_SUITE_P(
                     R"({"o":{"a":)" + kElement + R"(,"b":)" + kElement + R"(,"b":{"size":{"w":2},"c":[2]},"d":)" +
                         kElement + "}}",
                     R"({"o":{"a":)" + kElement + R"(,"b":)" + kElement.substr(0, 60) + "}}",
-                    R"({"o":[)" + kElement + "," + kElement.substr(0, kElement.size() - 1) + "]}"));
+                    R"({"o":[)" + kElement + "," + kElement.substr(0, kElement.size() - 1) + "]}",
+                    manyRepeatedObjects()));
 
 TEST(JsonParserRepeatedObjects, ObjectsWrittenAlikeAreShared)
 {
