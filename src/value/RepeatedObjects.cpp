@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "value/TextHash.h"
+
 namespace Mero {
 
 namespace {
@@ -14,19 +16,7 @@ constexpr std::size_t kMaxSamePrefix = 4;
 
 std::size_t hashOf(std::string_view bytes)
 {
-    constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15ULL;
-    uint64_t hash = bytes.size();
-    const char* p = bytes.data();
-    std::size_t left = bytes.size();
-    for (; left >= 8; p += 8, left -= 8) {
-        uint64_t word = 0;
-        std::memcpy(&word, p, 8);
-        hash = (hash ^ word) * kMultiplier;
-    }
-    uint64_t tail = 0;
-    std::memcpy(&tail, p, left);
-    hash = (hash ^ tail) * kMultiplier;
-    return static_cast<std::size_t>(hash >> 40);
+    return static_cast<std::size_t>(hashWords(bytes, 0) >> 40);
 }
 
 // The text from the '{' at `open` to the first '}' after it, if that is

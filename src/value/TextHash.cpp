@@ -5,11 +5,6 @@
 
 namespace Mero {
 
-namespace {
-
-// Eight bytes a step, multiplied and folded: several times faster than the
-// standard library's string hash, which mixes every byte, and good enough for
-// a table whose finds compare the texts whole.
 uint64_t hashWords(std::string_view text, uint64_t hash)
 {
     constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15ULL;
@@ -33,8 +28,6 @@ uint64_t hashWords(std::string_view text, uint64_t hash)
     mix(tail);
     return hash;
 }
-
-}  // namespace
 
 std::size_t sampledHash(std::string_view text)
 {
