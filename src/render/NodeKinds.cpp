@@ -99,6 +99,67 @@ constexpr auto kKindSlots = [] {
     return table;
 }();
 
+// Every member of every element is looked up here when a card is built, so
+// the keys get a table of their own: open addressing over a hash of the
+// length and three of the bytes (the keys differ there; a collision only
+// costs a probe), a few times more slots than keys. Made when the library
+// is compiled, as are the tables above: a table made on first use costs a
+// guard on every lookup.
+constexpr std::size_t kKeySlots = 512;
+
+constexpr std::size_t keySlot(std::string_view key)
+{
+    if (key.empty()) {
+        return 0;
+    }
+    auto byte = [key](std::size_t i) { return static_cast<uint32_t>(static_cast<unsigned char>(key[i])); };
+    const std::size_t size = key.size();
+    const uint32_t mixed = static_cast<uint32_t>(size) ^ (byte(0) << 8) ^ (byte(size / 2) << 16) ^ (byte(size - 1) << 24);
+    return (mixed * 2654435761U) >> (32 - 9);
+}
+static_assert(kKeySlots == 1U << 9);
+
+// Each slot holds a property's number plus one (0: free): the table takes
+// 512 bytes, a few cache lines a lookup instead of one a slot. The keys it
+// is checked against sit together apart from the property table's rows.
+constexpr auto kKeys = [] {
+    std::array<std::string_view, kProperties.size()> keys{};
+    for (std::size_t i = 0; i < kProperties.size(); ++i) {
+        keys[i] = kProperties[i].key;
+    }
+    return keys;
+}();
+static_assert(kProperties.size() < 255, "a property's number plus one fits a byte");
+
+constexpr auto kKeyTable = [] {
+    std::array<uint8_t, kKeySlots> slots{};
+    for (const PropertyInfo& row : kProperties) {
+        if (row.input == PropertyInput::LayoutResult) {
+            continue;
+        }
+        std::size_t i = keySlot(row.key);
+        while (slots[i] != 0 && kKeys[slots[i] - 1U] != row.key) {
+            i = (i + 1) & (kKeySlots - 1);
+        }
+        if (slots[i] == 0) {
+            slots[i] = static_cast<uint8_t>(static_cast<std::size_t>(row.property) + 1);  // a repeated key keeps its first row
+        }
+    }
+    return slots;
+}();
+
+// Inline here: every member of every element comes through namedProperties.
+inline std::optional<Property> findPropertyOfKey(std::string_view key)
+{
+    for (std::size_t i = keySlot(key); kKeyTable[i] != 0; i = (i + 1) & (kKeySlots - 1)) {
+        const std::size_t property = kKeyTable[i] - 1U;
+        if (sameKey(kKeys[property], key)) {
+            return static_cast<Property>(property);
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::span<const Property> commonProperties()
@@ -131,16 +192,17 @@ NamedProperties namedProperties(const Value& element)
     named.type = truncateToUint32(type == members.end() ? 0.0 : type->second.number());
     named.kind = kindOfCode(named.type);
     const NodeKind& kind = named.kind != nullptr ? *named.kind : kKinds[0];
+    const auto& kindSlots = kKindSlots[static_cast<std::size_t>(&kind - kKinds.data())];
     for (const auto& [key, value] : members) {
-        const std::optional<Property> property = propertyOfKey(key);
+        const std::optional<Property> property = findPropertyOfKey(key);
         if (!property) {
             continue;
         }
-        if (const uint64_t bit = commonBit(*property); bit != 0) {
+        if (const uint64_t bit = kCommonBits[static_cast<std::size_t>(*property)]; bit != 0) {
             named.common |= bit;
             named.commonMembers[static_cast<std::size_t>(std::countr_zero(bit))] = &value;
         }
-        if (const int slot = kindSlotOf(kind, *property); slot >= 0) {
+        if (const int slot = kindSlots[static_cast<std::size_t>(*property)]; slot >= 0) {
             named.ownMembers[static_cast<std::size_t>(slot)] = &value;
             named.ownNamed |= uint32_t{1} << slot;
             if (!value.isNull() && isHostValue(info(*property).input)) {
@@ -171,61 +233,10 @@ int kindSlotOf(const NodeKind& kind, Property property)
     return kKindSlots[static_cast<std::size_t>(&kind - kKinds.data())][static_cast<std::size_t>(property)];
 }
 
-namespace {
-
-// Every member of every element is looked up here when a card is built, so
-// the keys get a table of their own: open addressing over a hash of the
-// length and three of the bytes (the keys differ there; a collision only
-// costs a probe), a few times more slots than keys. Made when the library
-// is compiled, as are the tables above: a table made on first use costs a
-// guard on every lookup.
-constexpr std::size_t kKeySlots = 512;
-
-constexpr std::size_t keySlot(std::string_view key)
-{
-    if (key.empty()) {
-        return 0;
-    }
-    auto byte = [key](std::size_t i) { return static_cast<uint32_t>(static_cast<unsigned char>(key[i])); };
-    const std::size_t size = key.size();
-    const uint32_t mixed = static_cast<uint32_t>(size) ^ (byte(0) << 8) ^ (byte(size / 2) << 16) ^ (byte(size - 1) << 24);
-    return (mixed * 2654435761U) >> (32 - 9);
-}
-static_assert(kKeySlots == 1U << 9);
-
-struct KeySlot {
-    std::string_view key;
-    Property property{};
-    bool used = false;
-};
-
-constexpr auto kKeyTable = [] {
-    std::array<KeySlot, kKeySlots> slots{};
-    for (const PropertyInfo& row : kProperties) {
-        if (row.input == PropertyInput::LayoutResult) {
-            continue;
-        }
-        std::size_t i = keySlot(row.key);
-        while (slots[i].used && slots[i].key != row.key) {
-            i = (i + 1) & (kKeySlots - 1);
-        }
-        if (!slots[i].used) {
-            slots[i] = {row.key, row.property, true};  // a repeated key keeps its first row
-        }
-    }
-    return slots;
-}();
-
-}  // namespace
 
 std::optional<Property> propertyOfKey(std::string_view key)
 {
-    for (std::size_t i = keySlot(key); kKeyTable[i].used; i = (i + 1) & (kKeySlots - 1)) {
-        if (sameKey(kKeyTable[i].key, key)) {
-            return kKeyTable[i].property;
-        }
-    }
-    return std::nullopt;
+    return findPropertyOfKey(key);
 }
 
 }  // namespace Mero

@@ -557,14 +557,18 @@ const char* JsonParser::readPlainValue(Frame& top, std::string_view key, const c
         // A member certainly new to its object (or an array's element) may
         // be an object read before, or become one that is shared.
         const bool fresh = repeated_ && (top.object == nullptr || (top.keyBits & keyBit(key)) == 0);
+        RepeatedObjects::Probe probe;
         if (fresh) {
-            if (const RepeatedObjects::Found found = repeated_->find(p, end_); found.object != nullptr) {
+            const RepeatedObjects::Found found = repeated_->find(p, end_);
+            if (found.object != nullptr) {
                 store(top, key, *found.object);
                 return p + found.length;
             }
+            probe = found.probe;
         }
         open(top, key, Kind::Object);
         stack_.back().openedAt = fresh ? p : nullptr;
+        stack_.back().probe = probe;
         return p + 1;
     }
     case '[': open(top, key, Kind::Array); return p + 1;
@@ -865,7 +869,7 @@ void JsonParser::rememberObject(const Frame& top, const char* close)
     const Frame& parent = stack_[stack_.size() - 2];
     const Value& made = parent.object != nullptr ? (parent.object->end() - 1)->second : parent.array->back();
     if (made.is(Kind::Object) && &made.object() == top.object) {
-        repeated_->remember({top.openedAt, static_cast<size_t>(close + 1 - top.openedAt)}, made.objectPtr());
+        repeated_->remember({top.openedAt, static_cast<size_t>(close + 1 - top.openedAt)}, top.probe, made.objectPtr());
     }
 }
 

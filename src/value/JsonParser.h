@@ -112,6 +112,7 @@ private:
         // The '{' of an object that may be shared (shareRepeatedObjects): a
         // new member of its parent, opened by the plain reading. Else null.
         const char* openedAt = nullptr;
+        RepeatedObjects::Probe probe = {};  // what finding it learnt, for remembering it
     };
 
     Token peek();

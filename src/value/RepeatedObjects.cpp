@@ -14,17 +14,17 @@ namespace {
 // a title, say) would make that a long list.
 constexpr std::size_t kMaxSamePrefix = 4;
 
-std::size_t hashOf(std::string_view bytes)
+uint32_t hashOf(std::string_view bytes)
 {
-    return static_cast<std::size_t>(hashWords(bytes, 0) >> 40);
+    return static_cast<uint32_t>(hashWords(bytes, 0) >> 40);
 }
 
-// The text from the '{' at `open` to the first '}' after it, if that is
-// close enough; else empty.
-std::string_view textToFirstClose(const char* open, const char* end, std::size_t most)
+// The length of the text from the '{' at `open` to the first '}' after it,
+// if that is close enough; else 0.
+std::size_t lengthToFirstClose(const char* open, const char* end, std::size_t most)
 {
     const auto* close = static_cast<const char*>(std::memchr(open, '}', std::min(most, static_cast<std::size_t>(end - open))));
-    return close != nullptr ? std::string_view(open, static_cast<std::size_t>(close - open + 1)) : std::string_view();
+    return close != nullptr ? static_cast<std::size_t>(close - open + 1) : 0;
 }
 
 }  // namespace
@@ -43,32 +43,40 @@ const RepeatedObjects::Entry* RepeatedObjects::findIn(const Table& table, std::s
 
 RepeatedObjects::Found RepeatedObjects::find(const char* open, const char* end) const
 {
-    if (short_.count != 0) {
-        const std::string_view text = textToFirstClose(open, end, kMaxShortText);
+    Found found;
+    Probe& probe = found.probe;
+    probe.shortLength = static_cast<uint32_t>(lengthToFirstClose(open, end, kMaxShortText));
+    const std::string_view text(open, probe.shortLength);
+    if (!text.empty()) {
+        probe.shortHash = hashOf(text);
         // Equal, not only a start: a short object closes at its first '}'.
-        if (const Entry* entry = text.empty() ? nullptr : findIn(short_, hashOf(text), text);
+        if (const Entry* entry = short_.count == 0 ? nullptr : findIn(short_, probe.shortHash, text);
             entry != nullptr && entry->text.size() == text.size()) {
-            return {&entry->object, text.size()};
+            found.object = &entry->object;
+            found.length = text.size();
+            return found;
         }
     }
     const auto available = static_cast<std::size_t>(end - open);
-    if (long_.count != 0 && available >= kPrefix) {
-        if (const Entry* entry = findIn(long_, hashOf({open, kPrefix}), {open, available})) {
-            return {&entry->object, entry->text.size()};
+    if (available >= kPrefix) {
+        probe.prefixHash = hashOf({open, kPrefix});
+        if (const Entry* entry = long_.count == 0 ? nullptr : findIn(long_, probe.prefixHash, {open, available})) {
+            found.object = &entry->object;
+            found.length = entry->text.size();
         }
     }
-    return {};
+    return found;
 }
 
-void RepeatedObjects::remember(std::string_view text, const ObjectPtr& object)
+void RepeatedObjects::remember(std::string_view text, const Probe& probe, const ObjectPtr& object)
 {
-    const bool closesFirst = textToFirstClose(text.data(), text.data() + text.size(), kMaxShortText).size() == text.size();
+    const bool closesFirst = probe.shortLength == text.size();
     Table& table = closesFirst ? short_ : long_;
     if ((!closesFirst && text.size() < kPrefix) || table.count == kMaxEntries) {
         return;
     }
     std::size_t samePrefix = 0;
-    std::size_t slot = hashOf(closesFirst ? text : text.substr(0, kPrefix)) & (kSlots - 1);
+    std::size_t slot = (closesFirst ? probe.shortHash : probe.prefixHash) & (kSlots - 1);
     for (; table.slots[slot] != 0; slot = (slot + 1) & (kSlots - 1)) {
         const std::string_view held = entries_[table.slots[slot] - 1U].text;
         if (held == text) {

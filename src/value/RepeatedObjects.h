@@ -28,15 +28,25 @@ namespace Mero {
 
 class RepeatedObjects {
 public:
+    // What a lookup found out about the text at a '{': kept by the reader
+    // while it reads that object, so that remembering it does not hash its
+    // text again.
+    struct Probe {
+        uint32_t shortLength = 0;  // to the first '}', inclusive; 0: too far
+        uint32_t shortHash = 0;
+        uint32_t prefixHash = 0;  // of the first kPrefix bytes, when there are that many
+    };
     struct Found {
         const ObjectPtr* object = nullptr;  // null when none was read before
         std::size_t length = 0;  // of its text, '{' to '}'
+        Probe probe;
     };
 
     // The object read before whose text starts at `open` (a '{'), if any.
     Found find(const char* open, const char* end) const;
-    // Remembers `object`, read from `text` (its '{' to its closing '}').
-    void remember(std::string_view text, const ObjectPtr& object);
+    // Remembers `object`, read from `text` (its '{' to its closing '}'),
+    // where find answered `probe`.
+    void remember(std::string_view text, const Probe& probe, const ObjectPtr& object);
     void clear();
 
 private:
