@@ -149,7 +149,7 @@ constexpr auto kKeyTable = [] {
 }();
 
 // Inline here: every member of every element comes through namedProperties.
-inline std::optional<Property> findPropertyOfKey(std::string_view key)
+[[gnu::always_inline]] inline std::optional<Property> findPropertyOfKey(std::string_view key)
 {
     for (std::size_t i = keySlot(key); kKeyTable[i] != 0; i = (i + 1) & (kKeySlots - 1)) {
         const std::size_t property = kKeyTable[i] - 1U;

@@ -14,9 +14,26 @@ namespace {
 // a title, say) would make that a long list.
 constexpr std::size_t kMaxSamePrefix = 4;
 
+// A hash of three of the text's words (its first, its middle and its last
+// eight bytes) and of its length: what tells apart the objects a template
+// repeats (sizes differ in their middle and last bytes; elements in their
+// node id, near the start). A lookup is for every object read, and a slot
+// found is compared whole anyway. Texts shorter than a word are hashed whole.
 uint32_t hashOf(std::string_view bytes)
 {
-    return static_cast<uint32_t>(hashWords(bytes, 0) >> 40);
+    const std::size_t size = bytes.size();
+    if (size < 8) {
+        return static_cast<uint32_t>(hashWords(bytes, 0) >> 40);
+    }
+    auto word = [&bytes](std::size_t at) {
+        uint64_t w = 0;
+        std::memcpy(&w, bytes.data() + at, sizeof w);
+        return w;
+    };
+    uint64_t hash = (word(0) ^ size) * 0x9E3779B97F4A7C15ULL;
+    hash = (hash ^ (hash >> 29) ^ word(size / 2 - 4)) * 0xBF58476D1CE4E5B9ULL;
+    hash = (hash ^ (hash >> 32) ^ word(size - 8)) * 0x94D049BB133111EBULL;
+    return static_cast<uint32_t>(hash >> 40);
 }
 
 // The length of the text from the '{' at `open` to the first '}' after it,
