@@ -117,45 +117,37 @@ double& Value::number()
 {
     return kind_ == Kind::Number ? std::get<double>(payload_) : scratchDefault<double>();
 }
-const double& Value::number() const
-{
-    return kind_ == Kind::Number ? std::get<double>(payload_) : sharedDefault<double>();
-}
 
 std::string& Value::string()
 {
     return kind_ == Kind::String ? std::get<std::string>(payload_) : scratchDefault<std::string>();
 }
-const std::string& Value::string() const
+const std::string& Value::defaultString()
 {
-    return kind_ == Kind::String ? std::get<std::string>(payload_) : sharedDefault<std::string>();
+    return sharedDefault<std::string>();
 }
 
 bool& Value::boolean()
 {
     return kind_ == Kind::Boolean ? std::get<bool>(payload_) : scratchDefault<bool>();
 }
-const bool& Value::boolean() const
-{
-    return kind_ == Kind::Boolean ? std::get<bool>(payload_) : sharedDefault<bool>();
-}
 
 ValueArray& Value::array()
 {
     return kind_ == Kind::Array ? *std::get<ArrayPtr>(payload_) : scratchDefault<ValueArray>();
 }
-const ValueArray& Value::array() const
+const ValueArray& Value::defaultArray()
 {
-    return kind_ == Kind::Array ? *std::get<ArrayPtr>(payload_) : sharedDefault<ValueArray>();
+    return sharedDefault<ValueArray>();
 }
 
 ValueObject& Value::object()
 {
     return kind_ == Kind::Object ? *std::get<ObjectPtr>(payload_) : scratchDefault<ValueObject>();
 }
-const ValueObject& Value::object() const
+const ValueObject& Value::defaultObject()
 {
-    return kind_ == Kind::Object ? *std::get<ObjectPtr>(payload_) : sharedDefault<ValueObject>();
+    return sharedDefault<ValueObject>();
 }
 
 ArrayPtr Value::arrayPtr() const

@@ -133,6 +133,14 @@ public:
     static Value makeObject(ValueObject members);
 
 private:
+    // What a const read of the wrong kind gives: one immutable default per
+    // type (the reads themselves are inline: every binding makes several).
+    static const std::string& defaultString();
+    static const ValueArray& defaultArray();
+    static const ValueObject& defaultObject();
+    static constexpr double kDefaultNumber = 0.0;
+    static constexpr bool kDefaultBoolean = false;
+
     void countStringCopy() noexcept
     {
         const auto* text = std::get_if<std::string>(&payload_);
@@ -175,3 +183,34 @@ std::string numberToString(double number);
 
 // Objects need Value complete; everything that includes Value.h gets both.
 #include "value/ValueObject.h"
+
+namespace Mero {
+
+inline const double& Value::number() const
+{
+    return kind_ == Kind::Number ? std::get<double>(payload_) : kDefaultNumber;
+}
+inline const std::string& Value::string() const
+{
+    return kind_ == Kind::String ? std::get<std::string>(payload_) : defaultString();
+}
+inline const bool& Value::boolean() const
+{
+    return kind_ == Kind::Boolean ? std::get<bool>(payload_) : kDefaultBoolean;
+}
+inline const ValueArray& Value::array() const
+{
+    if (kind_ == Kind::Array) {
+        return *std::get<ArrayPtr>(payload_);
+    }
+    return defaultArray();
+}
+inline const ValueObject& Value::object() const
+{
+    if (kind_ == Kind::Object) {
+        return *std::get<ObjectPtr>(payload_);
+    }
+    return defaultObject();
+}
+
+}  // namespace Mero
