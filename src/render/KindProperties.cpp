@@ -103,7 +103,7 @@ void ViewRenderNode::bindKindProperties(const NamedProperties& element)
             queueBoundUpdate(row, std::move(value));
         };
         switch (row.input) {
-        case PropertyInput::Text: bindValue(member, Value(row.textDefault), store); break;
+        case PropertyInput::Text: bindValue(member, defaultKindValue(row.property), store); break;
         case PropertyInput::Number:
             bindNumber(member, row.numberDefault,
                        [store](double number, bool initial) mutable { store(number, initial); });

@@ -82,8 +82,9 @@ std::span<const NodeKind> nodeKinds();
 // The kind of a type code, or null.
 const NodeKind* kindOfCode(uint32_t code);
 
-// What a kind's own host property reads as when the element does not name
-// it: the value its binder would have stored from the fallback.
+// What a host property (a kind's own, or a common colour) reads as when the
+// element does not name it: the fallback its binder is handed, and so the
+// value it would have stored.
 const Value& defaultKindValue(Property property);
 
 // Where `property` stands in `kind`'s own list (`kind` one of nodeKinds()),

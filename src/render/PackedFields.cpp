@@ -1,6 +1,5 @@
 #include "render/PackedFields.h"
 
-#include <cstring>
 #include <utility>
 
 namespace Mero {
@@ -59,7 +58,10 @@ void PackedFields::insertNumber(uint32_t numberBit) noexcept
     const unsigned count = countBits(block_->numbers);
     const unsigned at = rank(block_->numbers, std::countr_zero(numberBit));
     float* values = numbers();
-    std::memmove(values + at + 1, values + at, (count - at) * sizeof(float));
+    // Fields are mostly set in field order: the new one goes last.
+    for (unsigned i = count; i > at; --i) {
+        values[i] = values[i - 1];
+    }
     values[at] = 0.0F;
     block_->numbers |= numberBit;
 }

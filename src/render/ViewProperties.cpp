@@ -262,7 +262,7 @@ void ViewRenderNode::bindStyleProperty(const Value* member, const PropertyInfo& 
     // The first value is only cached: the host view is made from it.
     if (row.input == PropertyInput::Text) {
         const int field = PackedField::of(PackedField::styleTexts, row.property);
-        bindValue(member, Value(row.textDefault), [this, field, queue](Value colour, bool initial) {
+        bindValue(member, defaultKindValue(row.property), [this, field, queue](Value colour, bool initial) {
             // Kept as the text a new view would be given, so that a colour
             // bound to a number shows alike either way.
             if (field >= 0) {
