@@ -39,9 +39,10 @@ const Value& defaultKindValue(Property property)
     return defaults[static_cast<std::size_t>(property)];
 }
 
+// Made and freed with their node: recycled as its block is.
 void KindValues::make(std::size_t count)
 {
-    values_ = std::allocator<Value>().allocate(count);
+    values_ = static_cast<Value*>(SizedBlocks::allocate(count * sizeof(Value)));
     std::uninitialized_value_construct_n(values_, count);
 }
 
@@ -49,7 +50,7 @@ void KindValues::release(std::size_t count) noexcept
 {
     if (values_ != nullptr) {
         std::destroy_n(values_, count);
-        std::allocator<Value>().deallocate(values_, count);
+        SizedBlocks::deallocate(values_, count * sizeof(Value));
         values_ = nullptr;
     }
 }

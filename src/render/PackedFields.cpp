@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "value/RecyclingAllocator.h"
+
 namespace Mero {
 
 namespace {
@@ -74,7 +76,7 @@ void PackedFields::moveToLargerBlock(uint32_t newTexts, uint32_t newNumbers)
     // The block fills the allocator's 16-byte step, so that the next fields
     // set often fit without moving again.
     const std::size_t total = (sizeof(Header) + valueBytes(grownTexts, grownNumbers) + 8 + 15) / 16 * 16 - 8;
-    auto* made = static_cast<Header*>(::operator new(total));
+    auto* made = static_cast<Header*>(SizedBlocks::allocate(total));
     // Nothing below throws: strings move without allocating.
     new (made) Header{grownNumbers, static_cast<uint8_t>(grownTexts), static_cast<uint8_t>(countBits(grownTexts)),
                       static_cast<uint16_t>(total - sizeof(Header))};
@@ -105,7 +107,7 @@ void PackedFields::release(Header* block) noexcept
     for (unsigned i = block->textCount; i > 0; --i) {
         (text++)->~basic_string();
     }
-    ::operator delete(block);
+    SizedBlocks::deallocate(block, sizeof(Header) + block->room);
 }
 
 }  // namespace Mero
