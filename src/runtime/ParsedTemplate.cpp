@@ -1,7 +1,6 @@
 #include "runtime/ParsedTemplate.h"
 
 #include <algorithm>
-#include <deque>
 #include <mutex>
 #include <utility>
 #include <vector>
@@ -29,7 +28,7 @@ public:
         // Whatever the lookup was last to hold is freed after the unlock:
         // these are declared before the lock.
         std::vector<ParsedTemplatePtr> looked;
-        std::deque<ParsedTemplatePtr> dropped;
+        std::vector<ParsedTemplatePtr> dropped;
         std::lock_guard lock(mutex_);
         ParsedTemplatePtr found = byText_.find(
             hash, [text](const ParsedTemplate& parsed) { return *parsed.text() == text; }, looked);
@@ -41,7 +40,7 @@ public:
 
     void add(const ParsedTemplatePtr& parsed, std::size_t hash)
     {
-        std::deque<ParsedTemplatePtr> dropped;
+        std::vector<ParsedTemplatePtr> dropped;
         {
             std::lock_guard lock(mutex_);
             byText_.add(hash, parsed);
@@ -52,7 +51,7 @@ public:
 
     void forgetRecent()
     {
-        std::deque<ParsedTemplatePtr> dropped;
+        std::vector<ParsedTemplatePtr> dropped;
         std::lock_guard lock(mutex_);
         dropped.swap(recent_);
         recentBytes_ = 0;
@@ -69,15 +68,12 @@ public:
 private:
     // Moves `parsed` to the front of the recent ones; hands back those that
     // no longer fit, for the caller to free outside the lock.
-    std::deque<ParsedTemplatePtr> keepRecent(const ParsedTemplatePtr& parsed)
+    std::vector<ParsedTemplatePtr> keepRecent(const ParsedTemplatePtr& parsed)
     {
-        std::deque<ParsedTemplatePtr> dropped;
+        std::vector<ParsedTemplatePtr> dropped;
         for (auto it = recent_.begin(); it != recent_.end(); ++it) {
             if (*it == parsed) {
-                if (it != recent_.begin()) {
-                    recent_.erase(it);
-                    recent_.push_front(parsed);
-                }
+                std::rotate(recent_.begin(), it, it + 1);
                 return dropped;
             }
         }
@@ -85,7 +81,7 @@ private:
         if (bytes > kRecentTextBytes) {
             return dropped;  // shared while cards hold it, never kept
         }
-        recent_.push_front(parsed);
+        recent_.insert(recent_.begin(), parsed);
         recentBytes_ += bytes;
         while (recent_.size() > kRecentTemplates || recentBytes_ > kRecentTextBytes) {
             recentBytes_ -= recent_.back()->text()->size();
@@ -97,7 +93,9 @@ private:
 
     std::mutex mutex_;
     WeakTable<ParsedTemplate> byText_;
-    std::deque<ParsedTemplatePtr> recent_;  // the most recent first
+    // The most recent first; a handful, so a vector (an empty deque still
+    // allocates, and every reading made two).
+    std::vector<ParsedTemplatePtr> recent_;
     std::size_t recentBytes_ = 0;
 };
 
