@@ -25,7 +25,9 @@ public:
     // `child`'s "visible" has just changed.
     virtual void onChildVisibleChanged(ViewRenderNode* child) = 0;
 
-    std::vector<RenderNodePtr> children;
+    // Made and freed with the node: its block is recycled as the node's is.
+    using Children = std::vector<RenderNodePtr, SizedAllocator<RenderNodePtr>>;
+    Children children;
 
 protected:
     // Tells the host that `child` was shown or hidden: the node with the

@@ -185,4 +185,25 @@ struct SizedBlocks {
     }
 };
 
+// A standard allocator over SizedBlocks, for a small container that lives
+// and goes with a card's node (its children, say).
+template <typename T>
+struct SizedAllocator {
+    using value_type = T;
+
+    SizedAllocator() noexcept = default;
+    template <typename U>
+    SizedAllocator(const SizedAllocator<U>&) noexcept
+    {}
+
+    T* allocate(std::size_t count) { return static_cast<T*>(SizedBlocks::allocate(count * sizeof(T))); }
+    void deallocate(T* block, std::size_t count) noexcept { SizedBlocks::deallocate(block, count * sizeof(T)); }
+
+    template <typename U>
+    bool operator==(const SizedAllocator<U>&) const noexcept
+    {
+        return true;
+    }
+};
+
 }  // namespace Mero

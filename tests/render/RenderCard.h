@@ -171,9 +171,9 @@ public:
         return found;
     }
 
-    static const std::vector<Mero::RenderNodePtr>& childrenOf(Mero::ViewRenderNode& node)
+    static const Mero::ContainerRenderNode::Children& childrenOf(Mero::ViewRenderNode& node)
     {
-        static const std::vector<Mero::RenderNodePtr> none;
+        static const Mero::ContainerRenderNode::Children none;
         return node.isContainer() ? static_cast<Mero::ContainerRenderNode&>(node).children : none;
     }
 
