@@ -23,10 +23,17 @@
 
 namespace Mero {
 
+// The bytes of the blocks kept on this thread's lists, for counts of what is
+// live: they are the heap's, in use, but nobody's. Counted as the heap's
+// chunks (a block and the heap's 8-byte header, in 16-byte steps, 32 at
+// least), as a count of the heap's bytes in use has them.
+inline thread_local std::size_t keptBlockBytes = 0;
+
 template <size_t Size, uint32_t MaxKept = 4096>
 class RecycledBlocks {
 public:
     static constexpr uint32_t kMaxKept = MaxKept;
+    static constexpr std::size_t kChunk = Size + 8 <= 32 ? 32 : (Size + 8 + 15) / 16 * 16;
 
     // A kept block, or null when there is none.
     static void* take() noexcept
@@ -35,6 +42,7 @@ public:
         if (block != nullptr) {
             head_ = block->next;
             --count_;
+            keptBlockBytes -= kChunk;
         }
         return block;
     }
@@ -48,6 +56,7 @@ public:
         (void)&drain_;  // the first use on a thread arranges its drain at thread exit
         head_ = new (block) Block{head_};
         ++count_;
+        keptBlockBytes += kChunk;
         return true;
     }
 
@@ -65,6 +74,7 @@ private:
                 head_ = block->next;
                 ::operator delete(block);
             }
+            keptBlockBytes -= count_ * kChunk;
             count_ = 0;
         }
     };
@@ -122,43 +132,55 @@ public:
     }
 };
 
-// Blocks of objects that are made and freed by the card-full, as render
-// nodes are, recycled as containers' are: a list per size class up to
-// kLargest bytes, any larger block going to the heap. Classes are 16 bytes
-// apart and a block of class k is 16k - 8 bytes, what the heap's chunk of
-// 16k bytes holds (its header takes 8): rounding a size up to its class
-// costs no memory. A list keeps at most kKeptPerClass blocks, enough for
-// the nodes of a 500-node card; full lists keep 1 MB on a thread.
+// Blocks of objects that are made and freed by the card-full (render nodes
+// and what they keep, the members of objects read), recycled as containers'
+// are: a list per size class up to kLargest bytes, any larger block going to
+// the heap. Classes are 16 bytes apart up to 248 bytes, then 32 apart; a
+// block of a class is 8 bytes short of a multiple of 16, what the heap's
+// chunk of that multiple holds (its header takes 8), so rounding a size up
+// to its class costs no memory. A list of small blocks keeps at most 512
+// (the nodes of a 500-node card), one of larger blocks at most 8 KB of them:
+// full lists keep about 1.5 MB on a thread.
 namespace SizedBlockLists {
 
-inline constexpr std::size_t kLargest = 248;
-inline constexpr uint32_t kKeptPerClass = 512;
+inline constexpr std::size_t kLargestSmall = 248;
+inline constexpr std::size_t kLargest = 2040;
+inline constexpr std::size_t kSmallClasses = (kLargestSmall + 8) / 16;                    // 16
+inline constexpr std::size_t kClasses = kSmallClasses + (kLargest + 8) / 32 - (kLargestSmall + 8) / 32;  // 16 + 56
 
+// The class of a size (0 for the smallest), and its blocks' size.
 constexpr std::size_t classOf(std::size_t size)
 {
-    return (size + 8 + 15) / 16;
+    return size <= kLargestSmall ? (size + 8 + 15) / 16 - 1 : kSmallClasses + (size + 8 + 31) / 32 - 9;
 }
-
 constexpr std::size_t blockSize(std::size_t sizeClass)
 {
-    return sizeClass * 16 - 8;
+    return sizeClass < kSmallClasses ? (sizeClass + 1) * 16 - 8 : (sizeClass - kSmallClasses + 9) * 32 - 8;
 }
+constexpr uint32_t keptOf(std::size_t sizeClass)
+{
+    return sizeClass < kSmallClasses ? 512 : static_cast<uint32_t>(8 * 1024 / blockSize(sizeClass));
+}
+static_assert(classOf(kLargestSmall) == kSmallClasses - 1 && classOf(kLargestSmall + 1) == kSmallClasses);
+static_assert(classOf(kLargest) == kClasses - 1 && blockSize(kClasses - 1) == kLargest);
+static_assert(blockSize(classOf(136)) == 136 && blockSize(classOf(137)) == 152 && blockSize(classOf(249)) == 280);
 
 template <std::size_t... Classes>
 constexpr auto takers(std::index_sequence<Classes...>)
 {
-    return std::array<void* (*)() noexcept, sizeof...(Classes)>{&RecycledBlocks<blockSize(Classes + 1), kKeptPerClass>::take...};
+    return std::array<void* (*)() noexcept, sizeof...(Classes)>{
+        &RecycledBlocks<blockSize(Classes), keptOf(Classes)>::take...};
 }
 
 template <std::size_t... Classes>
 constexpr auto keepers(std::index_sequence<Classes...>)
 {
-    return std::array<bool (*)(void*) noexcept, sizeof...(Classes)>{&RecycledBlocks<blockSize(Classes + 1), kKeptPerClass>::keep...};
+    return std::array<bool (*)(void*) noexcept, sizeof...(Classes)>{
+        &RecycledBlocks<blockSize(Classes), keptOf(Classes)>::keep...};
 }
 
-// Indexed by class - 1.
-inline constexpr auto kTakers = takers(std::make_index_sequence<classOf(kLargest)>());
-inline constexpr auto kKeepers = keepers(std::make_index_sequence<classOf(kLargest)>());
+inline constexpr auto kTakers = takers(std::make_index_sequence<kClasses>());
+inline constexpr auto kKeepers = keepers(std::make_index_sequence<kClasses>());
 
 }  // namespace SizedBlockLists
 
@@ -167,10 +189,11 @@ struct SizedBlocks {
     {
         using namespace SizedBlockLists;
         if (MERO_RECYCLE_BLOCKS && size <= kLargest) {
-            if (void* block = kTakers[classOf(size) - 1]()) {
+            const std::size_t sizeClass = classOf(size);
+            if (void* block = kTakers[sizeClass]()) {
                 return block;
             }
-            return ::operator new(blockSize(classOf(size)));
+            return ::operator new(blockSize(sizeClass));
         }
         return ::operator new(size);
     }
@@ -178,7 +201,7 @@ struct SizedBlocks {
     static void deallocate(void* block, std::size_t size) noexcept
     {
         using namespace SizedBlockLists;
-        if (MERO_RECYCLE_BLOCKS && size <= kLargest && kKeepers[classOf(size) - 1](block)) {
+        if (MERO_RECYCLE_BLOCKS && size <= kLargest && kKeepers[classOf(size)](block)) {
             return;
         }
         ::operator delete(block);

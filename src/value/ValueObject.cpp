@@ -6,6 +6,8 @@
 #include <memory>
 #include <stdexcept>
 
+#include "value/RecyclingAllocator.h"
+
 namespace Mero {
 
 namespace {
@@ -68,7 +70,7 @@ void ValueObject::release() noexcept
 {
     std::destroy_n(members_, size_);
     if (!isInline()) {
-        std::allocator<value_type>().deallocate(members_, capacity_);
+        SizedBlocks::deallocate(members_, capacity_ * sizeof(value_type));
     }
     members_ = inlineMembers();
     size_ = 0;
@@ -106,11 +108,11 @@ void ValueObject::reserve(size_type count)
 // Moves the members to the heap, with room for `capacity` of them.
 void ValueObject::grow(size_type capacity)
 {
-    value_type* moved = std::allocator<value_type>().allocate(capacity);
+    auto* moved = static_cast<value_type*>(SizedBlocks::allocate(capacity * sizeof(value_type)));
     std::uninitialized_move_n(members_, size_, moved);
     std::destroy_n(members_, size_);
     if (!isInline()) {
-        std::allocator<value_type>().deallocate(members_, capacity_);
+        SizedBlocks::deallocate(members_, capacity_ * sizeof(value_type));
     }
     members_ = moved;
     capacity_ = static_cast<uint32_t>(capacity);
