@@ -177,7 +177,7 @@ void MeroInstance::sendClickEvent(const std::string& componentId)
     if (std::shared_ptr<RuntimeEngine> runtime = node->engine().lock()) {
         // The handler's scope receives a copy of the node's locals; the
         // node's own scope is never changed.
-        runtime->dispatchEvent(node->onClick(), Value(Kind::Object), node->scope);
+        runtime->dispatchEvent(node->onClick(), Value(Kind::Object), node->scope());
         flush();
     }
 }
@@ -195,7 +195,7 @@ void MeroInstance::sendSwiperEvent(const std::string& componentId, int32_t index
     }
     Value detail = Value::makeObject({{"current", Value(index)}});
     const Value payload = Value::makeObject({{"detail", std::move(detail)}});
-    runtime->dispatchEvent(eventName, payload, swiper->scope);
+    runtime->dispatchEvent(eventName, payload, swiper->scope());
     flush();
 }
 

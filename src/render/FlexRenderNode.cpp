@@ -31,9 +31,6 @@ FlexRenderNode::FlexRenderNode(const NamedProperties& element, ContainerRenderNo
                                LocalScope localScope)
     : ContainerRenderNode(element, parentNode, renderTree, std::move(localScope))
 {
-    if (const Value* list = element.ownMember(Property::Children)) {
-        childElements = list->arrayPtr();
-    }
     // Every flex value is set, its default too: the direction defaults to
     // row, not to Yoga's column.
     for (Property property : kind().properties) {
@@ -50,13 +47,14 @@ FlexRenderNode::FlexRenderNode(const NamedProperties& element, ContainerRenderNo
     }
 }
 
-void FlexRenderNode::createChildren()
+void FlexRenderNode::createChildren(const NamedProperties& element)
 {
-    if (childElements && !childElements->empty()) {
-        const ValueArray& elements = *childElements;
+    const Value* list = element.ownMember(Property::Children);
+    if (list != nullptr && list->is(Kind::Array) && !list->array().empty()) {
+        const ValueArray& elements = list->array();
         children.reserve(elements.size());
-        for (const Value& element : elements) {
-            RenderNodePtr child = createRenderNode(element, this, tree(), scope);
+        for (const Value& childElement : elements) {
+            RenderNodePtr child = createRenderNode(childElement, this, tree(), scope());
             if (!child) {
                 std::cout << "create render node failed" << std::endl;
                 continue;
@@ -65,7 +63,6 @@ void FlexRenderNode::createChildren()
         }
         insertShownChildren();
     }
-    childElements.reset();
 }
 
 void FlexRenderNode::insertShownChildren()

@@ -11,16 +11,13 @@ public:
     FlexRenderNode(const NamedProperties& element, ContainerRenderNode* parentNode, RenderTree& renderTree,
                    LocalScope localScope);
 
-    void createChildren() override;
+    void createChildren(const NamedProperties& element) override;
     // Its own frame first, then every shown child's, in child order.
     void applyLayout(bool parentMoved = false) override;
     // Queues the child's index among shown siblings and moves its Yoga node
     // in or out of this node's Yoga children.
     void onChildVisibleChanged(ViewRenderNode* child) override;
 
-    // The element's "children" (when an array), until createChildren has used
-    // them.
-    ArrayPtr childElements;
 
 protected:
     // The number of shown children before `child`, or -1 if it is not ours.

@@ -12,7 +12,7 @@ ForRenderNode::ForRenderNode(const NamedProperties& element, ContainerRenderNode
 {
     if (const Value* source = element.ownMember(Property::List)) {
         Value items =
-            NodeBinding::isScalar(*source) ? *source : createRuntimeObject(*source)->value(this->scope, this->engine());
+            NodeBinding::isScalar(*source) ? *source : createRuntimeObject(*source)->value(this->scope(), this->engine());
         list = items.arrayPtr();
     }
     if (const Value* name = element.ownMember(Property::Index)) {
@@ -21,15 +21,15 @@ ForRenderNode::ForRenderNode(const NamedProperties& element, ContainerRenderNode
     if (const Value* name = element.ownMember(Property::Item)) {
         itemName = name->string();
     }
-    if (childElements && !childElements->empty()) {
-        itemTemplate = childElements->front();
+    if (const Value* elements = element.ownMember(Property::Children);
+        elements != nullptr && elements->is(Kind::Array) && !elements->array().empty()) {
+        itemTemplate = elements->array().front();
     }
-    childElements.reset();
 }
 
 RenderNodePtr ForRenderNode::buildItem(std::size_t index)
 {
-    LocalScope itemScope = scope ? std::make_shared<ScopeMap>(*scope) : makeLocalScope();
+    LocalScope itemScope = scope() ? std::make_shared<ScopeMap>(*scope()) : makeLocalScope();
     (*itemScope)[indexName] = Value(static_cast<double>(index));
     (*itemScope)[itemName] = (*list)[index];
     return createRenderNode(itemTemplate, this, tree(), itemScope);
@@ -52,7 +52,7 @@ void ForRenderNode::buildItems()
     }
 }
 
-void ForRenderNode::createChildren()
+void ForRenderNode::createChildren(const NamedProperties& /*element*/)
 {
     buildItems();
     insertShownChildren();

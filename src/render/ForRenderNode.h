@@ -16,7 +16,7 @@ public:
                   LocalScope localScope);
 
     // Builds every item and puts the shown ones into the Yoga tree.
-    void createChildren() override;
+    void createChildren(const NamedProperties& element) override;
 
     ArrayPtr list;  // evaluated once: a later data change adds no items
     std::string indexName;

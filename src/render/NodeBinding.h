@@ -131,10 +131,10 @@ void ViewRenderNode::bindBool(const Value* member, bool fallback, Apply apply)
         return;
     }
     NodeBinding::evaluateOrBind(
-        *property, scope, engine(),
+        *property, scope(), engine(),
         [&](const Value& value) { apply(value.is(Kind::Boolean) ? value.boolean() : fallback, true); },
         [&](RuntimeObjectPtr expression) {
-            keepBinding(RuntimeEngine::getTypeData(scope, std::move(expression), engine(), firstTimeSetter<bool>(std::move(apply)),
+            keepBinding(RuntimeEngine::getTypeData(scope(), std::move(expression), engine(), firstTimeSetter<bool>(std::move(apply)),
                                        fallback));
         });
 }
@@ -148,10 +148,10 @@ void ViewRenderNode::bindNumber(const Value* member, double fallback, Apply appl
         return;
     }
     NodeBinding::evaluateOrBind(
-        *property, scope, engine(),
+        *property, scope(), engine(),
         [&](const Value& value) { apply(value.is(Kind::Number) ? value.number() : fallback, true); },
         [&](RuntimeObjectPtr expression) {
-            keepBinding(RuntimeEngine::getTypeData(scope, std::move(expression), engine(), firstTimeSetter<double>(std::move(apply)),
+            keepBinding(RuntimeEngine::getTypeData(scope(), std::move(expression), engine(), firstTimeSetter<double>(std::move(apply)),
                                        fallback));
         });
 }
@@ -165,10 +165,10 @@ void ViewRenderNode::bindValue(const Value* member, const Value& fallback, Apply
         return;
     }
     NodeBinding::evaluateOrBind(
-        *property, scope, engine(),
+        *property, scope(), engine(),
         [&](const Value& value) { apply(value.kind() == fallback.kind() ? value : fallback, true); },
         [&](RuntimeObjectPtr expression) {
-            keepBinding(RuntimeEngine::getValueData(scope, std::move(expression), engine(), firstTimeSetter<Value>(std::move(apply)),
+            keepBinding(RuntimeEngine::getValueData(scope(), std::move(expression), engine(), firstTimeSetter<Value>(std::move(apply)),
                                         fallback));
         });
 }
@@ -195,11 +195,11 @@ void ViewRenderNode::bindSize(const Value* member, Apply apply)
     }
     SizeProperty size = parseSizeProperty(*property);
     if (!size.expression->isDynamic()) {
-        const double number = size.expression->value(scope, engine()).number();
+        const double number = size.expression->value(scope(), engine()).number();
         apply(runtime->convertSizeToNumber(size.sizeType, number, base, fallback), true);
         return;
     }
-    keepBinding(RuntimeEngine::getSizeData(scope, std::move(size), engine(), firstTimeSetter<double>(std::move(apply)), base, fallback));
+    keepBinding(RuntimeEngine::getSizeData(scope(), std::move(size), engine(), firstTimeSetter<double>(std::move(apply)), base, fallback));
 }
 
 template <typename Apply>
@@ -221,11 +221,11 @@ void ViewRenderNode::bindYogaSize(const Value* member, Apply apply)
     }
     SizeProperty size = parseSizeProperty(*property);
     if (!size.expression->isDynamic()) {
-        const double number = size.expression->value(scope, engine()).number();
+        const double number = size.expression->value(scope(), engine()).number();
         apply(runtime->convertSize(size.sizeType, number, fallback), true);
         return;
     }
-    keepBinding(RuntimeEngine::getYGValueData(scope, std::move(size), engine(), firstTimeSetter<YGValue>(std::move(apply)), fallback));
+    keepBinding(RuntimeEngine::getYGValueData(scope(), std::move(size), engine(), firstTimeSetter<YGValue>(std::move(apply)), fallback));
 }
 
 }  // namespace Mero

@@ -21,11 +21,9 @@ RenderNodePtr make(const NamedProperties& element, ContainerRenderNode* parent, 
     return RenderNodePtr(new Node(element, parent, tree, scope));
 }
 
-RenderNodePtr constructNode(const Value& element, ContainerRenderNode* parent, RenderTree& tree,
+RenderNodePtr constructNode(const NamedProperties& named, ContainerRenderNode* parent, RenderTree& tree,
                             const LocalScope& scope)
 {
-    // One pass over the element's members finds all that building it reads.
-    const NamedProperties named = namedProperties(element);
     if (named.kind == nullptr) {
         // 1, and 12 and above: a plain view stands in (and builds no children).
         std::cout << "render node type error" << std::endl;
@@ -65,8 +63,11 @@ RenderNodePtr createRenderNode(const Value& element, ContainerRenderNode* parent
         reportLimit(Limit::ElementDepth);
         return nullptr;
     }
-    RenderNodePtr node = constructNode(element, parent, tree, scope);
-    node->createChildren();
+    // One pass over the element's members finds all that building the node
+    // and its children reads.
+    const NamedProperties named = namedProperties(element);
+    RenderNodePtr node = constructNode(named, parent, tree, scope);
+    node->createChildren(named);
     return node;
 }
 

@@ -60,7 +60,7 @@ SwiperRenderNode::~SwiperRenderNode()
     YGNodeFree(pageYogaNode);
 }
 
-void SwiperRenderNode::createChildren()
+void SwiperRenderNode::createChildren(const NamedProperties& /*element*/)
 {
     buildItems();
     for (const RenderNodePtr& page : children) {

@@ -18,7 +18,7 @@ public:
     SwiperRenderNode& operator=(const SwiperRenderNode&) = delete;
 
     // Builds the pages; they stay out of the swiper's Yoga tree.
-    void createChildren() override;
+    void createChildren(const NamedProperties& element) override;
     // Lays the pages out again first when the page area's size is not the
     // one they were laid out at.
     void applyLayout(bool parentMoved = false) override;

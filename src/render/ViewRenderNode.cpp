@@ -102,7 +102,6 @@ ViewRenderNode::ViewRenderNode(const NamedProperties& element, ContainerRenderNo
                                LocalScope localScope)
     : nodeId(scopedNodeId(element, localScope)),
       parent(parentNode),
-      scope(std::move(localScope)),
       yogaNode(YGNodeNewWithConfig(renderTree.yogaConfig())),
       type(element.type),
       kindIndex_(static_cast<uint8_t>(element.kind != nullptr ? element.kind - nodeKinds().data() : 0))
@@ -110,6 +109,9 @@ ViewRenderNode::ViewRenderNode(const NamedProperties& element, ContainerRenderNo
     YGNodeSetContext(yogaNode, this);
     tree().nodeMade();
     try {
+        if (localScope) {
+            mutableAdditions().scope = std::move(localScope);
+        }
         const uint64_t named = element.common;
         // Only the classes that keep their kind's values (leaf and swiper,
         // through bindKindProperties) record which the element names.
@@ -123,7 +125,7 @@ ViewRenderNode::ViewRenderNode(const NamedProperties& element, ContainerRenderNo
             }
         }
         if (names(Property::LoopAnimation)) {
-            if (Value animation = evaluatedOnce(element, Property::LoopAnimation, scope, engine()); !animation.isNull()) {
+            if (Value animation = evaluatedOnce(element, Property::LoopAnimation, scope(), engine()); !animation.isNull()) {
                 mutableExtras().loopAnimation = std::move(animation);
             }
         }

@@ -204,8 +204,9 @@ public:
     static void* operator new(std::size_t size) { return SizedBlocks::allocate(size); }
     static void operator delete(void* block, std::size_t size) noexcept { SizedBlocks::deallocate(block, size); }
 
-    // Builds the child nodes from the element's "children"; leaves build none.
-    virtual void createChildren() {}
+    // Builds the child nodes from the element's "children" (`element` is
+    // what the node was made from); leaves build none.
+    virtual void createChildren(const NamedProperties& /*element*/) {}
     // Reads Yoga's results and queues what changed for the host: only from
     // the nodes Yoga laid out anew in its last pass (it visits a node's
     // children only when it lays the node out, and the frames of the nodes it
@@ -246,11 +247,17 @@ public:
     const Value& kindValue(Property property) const;
     // The card's script runtime, held weakly by the tree.
     const EngineRef& engine() const;
+    // The locals the node's expressions see: an item's of a list, null for
+    // most nodes (kept with the additions, so that those hold no room for it).
+    const LocalScope& scope() const
+    {
+        static const LocalScope none;
+        return additions_ ? additions_->scope : none;
+    }
 
     // What a node is, fixed when it is made.
     const std::string nodeId;
     ContainerRenderNode* const parent;  // null for the root
-    const LocalScope scope;
     const OwnedYogaNode yogaNode;
     const uint32_t type;
     // The "onClick" event name (what a click dispatches), read once; empty
@@ -400,6 +407,7 @@ private:
         // weakly.
         std::vector<ObserverPtr> bindings;
         std::unique_ptr<Extras> extras;
+        LocalScope scope;  // set once, when the node is made
     };
     Additions& mutableAdditions();
     Extras& mutableExtras();

@@ -31,12 +31,12 @@ TEST(ForRenderNode, NestedItemsCarryBothIndexesInTheirIds)
                 {"$": 4, "nodeId": "t", "text": {"$": 1, "n": "letter"}}]}]}})");
     ViewRenderNode& rows = card.build();
     EXPECT_EQ(RenderCard::childIds(rows), (Ids{"cols#0", "cols#1"}));
-    EXPECT_NE(RenderCard::childrenOf(rows)[0]->scope, RenderCard::childrenOf(rows)[1]->scope);
+    EXPECT_NE(RenderCard::childrenOf(rows)[0]->scope(), RenderCard::childrenOf(rows)[1]->scope());
     Ids ids;  // the suffixes come in the order the locals were set: outer index first
     for (const Mero::RenderNodePtr& row : RenderCard::childrenOf(rows)) {
         for (const Mero::RenderNodePtr& cell : RenderCard::childrenOf(*row)) {
             ids.push_back(cell->nodeId);
-            const int at = static_cast<int>(cell->scope->at("i").number() * 2 + cell->scope->at("j").number());
+            const int at = static_cast<int>(cell->scope()->at("i").number() * 2 + cell->scope()->at("j").number());
             EXPECT_EQ(cell->kindValue(Mero::Property::Text).string(), std::string(1, static_cast<char>('a' + at)));
         }
     }
