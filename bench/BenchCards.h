@@ -3,6 +3,7 @@
 #pragma once
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <memory>
@@ -16,6 +17,7 @@
 #include "engine/Host.h"
 #include "engine/MeroInstance.h"
 #include "runtime/RuntimeEngine.h"
+#include "value/RecyclingAllocator.h"
 
 namespace MeroBench {
 
@@ -37,6 +39,13 @@ inline constexpr const char* rowTemplate = R"({"$": 3, "nodeId": "row", "flexDir
          "maxLines": 2, "textColor": "#666666FF", "marginTop": {"sizeType": 4, "value": 8}}]}]})";
 
 inline constexpr int nodesPerRow = 5;
+
+// The heap's bytes in use (mallinfo2), less the freed blocks the engine
+// keeps on its lists for reuse: those are the heap's, but no card's.
+inline std::size_t heapInUse()
+{
+    return mallinfo2().uordblks - Mero::keptBlockBytes;
+}
 
 // A card of 1 + 5 × rows nodes; the first row's title is bound to the UI
 // variable "title", the others are constants. The events "short" and "long"

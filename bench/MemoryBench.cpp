@@ -4,7 +4,6 @@
 // by a one-second timer for a simulated hour must end where they began; and
 // 1,000 live cards, with the time to create and release them all.
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <chrono>
 #include <cstddef>
@@ -16,16 +15,10 @@
 #include "BenchCards.h"
 #include "BenchData.h"
 #include "value/ErrorReporting.h"
-#include "value/RecyclingAllocator.h"
 
 namespace {
 
 using namespace MeroBench;
-
-std::size_t heapInUse()
-{
-    return mallinfo2().uordblks - Mero::keptBlockBytes;
-}
 
 // A list of three texts bound to UI variables; the host builds the card's
 // tree anew (initNode) each time, so every node goes with its bindings and is

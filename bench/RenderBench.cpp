@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <malloc.h>
 #include <memory>
 #include <string>
 #include <vector>
@@ -117,11 +116,6 @@ void BM_RenderInit_Yoga(benchmark::State& state)
 
 BENCHMARK(BM_RenderInit_Mero)->Arg(21)->Arg(101)->Arg(501);
 BENCHMARK(BM_RenderInit_Yoga)->Arg(21)->Arg(101)->Arg(501);
-
-std::size_t heapInUse()
-{
-    return mallinfo2().uordblks;
-}
 
 // What a built and laid-out tree holds on the heap, per node (its Yoga node,
 // bindings and queues included).
