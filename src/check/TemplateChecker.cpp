@@ -355,13 +355,17 @@ private:
             return;
         }
         std::vector<std::string_view> animatable{"all"};
-        for (std::string_view key : keysOf(kind)) {
-            const PropertyInfo& row = info(*propertyOfKey(key));
+        // By property, not by key: the laid-out frame ("x", "y") has no
+        // template key, and its moves animate.
+        auto addAnimatable = [&animatable](Property property) {
+            const PropertyInfo& row = info(property);
             if (row.has(Animatable) &&
                 std::find(animatable.begin(), animatable.end(), row.transitionKey) == animatable.end()) {
                 animatable.push_back(row.transitionKey);
             }
-        }
+        };
+        std::for_each(commonProperties().begin(), commonProperties().end(), addAnimatable);
+        std::for_each(kind.properties.begin(), kind.properties.end(), addAnimatable);
         for (std::size_t i = 0; i < value.members.size(); ++i) {
             const std::string& key = value.members[i].first;
             if (std::find(animatable.begin(), animatable.end(), key) == animatable.end()) {
