@@ -399,8 +399,9 @@ private:
         Gradient gradient;
     };
     // What some nodes have beyond what every node has; most nodes keep no
-    // room for it. Bindings are far more common than the extras, so these
-    // are a block of their own: a node that only binds holds 48 bytes here.
+    // room for it. Bindings and a list item's locals are far more common than
+    // the extras, so these are a block of their own: a node that only binds
+    // holds 48 bytes here.
     struct Additions {
         // The bindings of the properties bound to expressions that read UI
         // variables: the node owns their callbacks, the engine holds them
